@@ -1,0 +1,124 @@
+/*
+ * sonolex: describes a lesion or organ on a B-mode ultrasound image in the
+ * categories of a sonographer's report.
+ *
+ * The host has already found what is to be described. It calls one entry
+ * point per image with a raw 8-bit image, a lesion outline and, for some
+ * organs, an organ outline and the regions its own detection model found.
+ * The entry writes a small record of verdicts into memory the host owns.
+ *
+ * Conventions shared by every entry point:
+ *   - Images are 8 bits a channel, row by row with no padding between rows,
+ *     `channels` bytes a pixel (1: grey; 3 or 4: blue, green, red[, ignored]).
+ *     The buffer must hold width * height * channels bytes; it is only read.
+ *   - Point arrays are in whole-image coordinates: x is the column, y the row.
+ *   - A null image or a channel count other than 1, 3 or 4 returns at once
+ *     and leaves the record untouched. A null record returns at once.
+ *   - Otherwise the record (or the part of it an entry names) is cleared
+ *     first, and each verdict is stored as soon as it is known. Any failure
+ *     on the way ends the call quietly: verdicts already stored stay, later
+ *     ones stay at their preset. A 0 in a field means "not reached" unless
+ *     the field's own table gives 0 a meaning.
+ *   - No entry point throws, keeps state between calls, logs, or keeps or
+ *     frees the caller's memory. All are reentrant.
+ *
+ * Records are fixed little-endian layouts of 32-bit integers with no padding.
+ */
+#ifndef SONOLEX_H
+#define SONOLEX_H
+
+#include <stdint.h>
+
+#if defined(__GNUC__)
+#define SONOLEX_API __attribute__((visibility("default")))
+#else
+#define SONOLEX_API
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* A point of an outline. 8 bytes. */
+typedef struct MyPoint {
+    int32_t x; /* byte 0: column */
+    int32_t y; /* byte 4: row */
+} MyPoint;
+
+/* A region of interest, in whole-image coordinates. 16 bytes, passed by value. */
+typedef struct RoiCoor {
+    int32_t x;      /* byte 0: left column */
+    int32_t y;      /* byte 4: top row */
+    int32_t width;  /* byte 8: columns; 0 asks some entries to derive the region */
+    int32_t height; /* byte 12: rows; 0 likewise */
+} RoiCoor;
+
+/* Both axes of a lesion as the host measured them. 32 bytes, passed by value.
+ * Only differences of coordinates are used, so any frame serves. */
+typedef struct lesionAxisPointEnd {
+    MyPoint longStart;  /* byte 0: one end of the long axis */
+    MyPoint longEnd;    /* byte 8: other end of the long axis */
+    MyPoint shortStart; /* byte 16: one end of the short axis */
+    MyPoint shortEnd;   /* byte 24: other end of the short axis */
+} lesionAxisPointEnd;
+
+/* ---- breast records begin ---- */
+/* Verdicts on a breast lesion, written by BreastDescription and
+ * BreastDescriptionHaveModelProcess. 24 bytes. 0 in any field means the
+ * call did not reach that verdict (orientation can also be 0 by
+ * calculation). Fields are written in the order echo, boundary, margin,
+ * calcification, orientation, shape. */
+typedef struct BreastResult {
+    /* byte 0: 1 regular (oval or round, smooth outline), 2 lobulated or
+     * moderately irregular, 3 irregular. */
+    int32_t shape;
+    /* byte 4: 1 parallel to the skin (wider than tall), 2 not parallel
+     * (taller than wide), 0 when the host's axes are degenerate. */
+    int32_t orientation;
+    /* byte 8: 1 hypoechoic or anechoic (darker than the surrounding
+     * tissue), 2 isoechoic, hyperechoic or mixed. */
+    int32_t echo;
+    /* byte 12: 1 abrupt interface (sharp contrast at the border),
+     * 2 echogenic halo or indistinct border. */
+    int32_t boundary;
+    /* byte 16: 1 circumscribed, 2 not circumscribed (indistinct, angular,
+     * microlobulated or spiculated). */
+    int32_t margin;
+    /* byte 20: 1 no calcification, 2 coarse calcification (large bright
+     * regions), 3 microcalcification (small bright specks). */
+    int32_t calcification;
+} BreastResult;
+/* ---- breast records end ---- */
+
+/* ---- thyroid records begin ---- */
+/* ---- thyroid records end ---- */
+
+/* ---- liver records begin ---- */
+/* ---- liver records end ---- */
+
+/* ---- carotid records begin ---- */
+/* ---- carotid records end ---- */
+
+/* ---- gallwall records begin ---- */
+/* ---- gallwall records end ---- */
+
+/* ---- breast entries begin ---- */
+/* ---- breast entries end ---- */
+
+/* ---- thyroid entries begin ---- */
+/* ---- thyroid entries end ---- */
+
+/* ---- liver entries begin ---- */
+/* ---- liver entries end ---- */
+
+/* ---- carotid entries begin ---- */
+/* ---- carotid entries end ---- */
+
+/* ---- gallwall entries begin ---- */
+/* ---- gallwall entries end ---- */
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* SONOLEX_H */

@@ -1,0 +1,160 @@
+// Per-image feature object: the grey region, the masks and contours drawn
+// from the host's outlines, and the scalars one measurement leaves for the
+// next. An entry point builds one on its region image, runs exactly one
+// organ initialiser, and then asks it for measures in a fixed order.
+#pragma once
+
+#include <vector>
+
+#include <opencv2/core.hpp>
+
+#include "sonolex.h"
+#include "Tool/Tool.h"
+
+// Which organ's fields GetOrganMask and GetOrganCont return.
+enum Organ { ORGAN_NONE = 0, ORGAN_LIVER = 2, ORGAN_GALLBLADDER = 3 };
+
+class SONOLEX_EXPORT BUSFeature {
+public:
+    BUSFeature(cv::Mat image, cv::Rect roi);                          // breast
+    BUSFeature(cv::Mat image, int fullWidth, int fullHeight);           // liver, gall bladder
+    BUSFeature(cv::Mat image, cv::Rect roi, int fullWidth, int fullHeight); // thyroid, carotid
+
+    // ---- accessors ----
+    void SetMask(cv::Mat mask);
+    void SetSrcImg(cv::Mat image);
+    cv::Mat GetLabel();
+    cv::Mat GetLesionMask();
+    cv::Mat GetOrganMask(Organ organ);
+    std::vector<cv::Point> GetLesionCont();
+    std::vector<cv::Point> GetOrganCont(Organ organ);
+    float GetDepth();
+    float GetLesionArea();
+    std::vector<int> GetPixNum();
+    float GetMajorAxisLength();
+    float GetMinorAxisLength();
+    float GetLesionPerimeter();
+    float GetLesionAvgGray();
+    float GetLesionHighGray();
+    float GetLiverAvgGray();
+    float GetBrightAvgGray();
+    float GetLesionStdGray();
+    cv::RotatedRect GetEllipse();
+    std::vector<cv::Point> GetHull();
+    std::vector<cv::Point> GetHullPts();
+    float GetFourierDist();
+    float GetEchoHist();
+
+    // ---- shared measures ----
+    // Centroid of m_label (or m_organLabel) over the contour's area; stored in m_centroid.
+    cv::Point CalcCentroid(bool useOrgan);
+    // Centroid of a 0/255 mask over the area of `contour`; stored in m_centroid.
+    cv::Point CalcCentroid(cv::Mat mask, std::vector<cv::Point> contour);
+    // Fills `contour` into `mask` and replaces both vectors by the outline of the result.
+    bool ConnectionMaskCv(std::vector<cv::Point>& contour, std::vector<cv::Point>& copy, cv::Mat mask);
+    // Draws `contour` into `mask` point by point, closing gaps between neighbours.
+    void ConectionMask(const std::vector<cv::Point>& contour, std::vector<cv::Point>& closed, cv::Mat& mask);
+    // Mean radial component of the grey gradient along the contour, normalised by its magnitude.
+    double NormRadialGradient(const std::vector<cv::Point>& contour, cv::Point centre, cv::Mat image);
+    void CalcuNrg();
+
+    // Grey level of the valley between the two highest histogram peaks under
+    // `mask`, or 0 when there is none.
+    float GetCalcificationHistMy(cv::Mat image, cv::Mat mask);
+    float ThyGetCalcificationHist(cv::Mat image, cv::Mat mask);
+
+    // Convexity defects deeper than 5 pixels: {mean depth, greatest depth,
+    // count}, depths relative to half the minor axis when that is known.
+    std::vector<float> GetShapeFeatureMy();
+    std::vector<float> ThyGetMarginFeatureMy();
+
+    // ---- breast begin ----
+    // ---- breast end ----
+
+    // ---- thyroid begin ----
+    // ---- thyroid end ----
+
+    // ---- liver begin ----
+    // ---- liver end ----
+
+    // ---- carotid begin ----
+    // ---- carotid end ----
+
+    // ---- gallwall begin ----
+    // ---- gallwall end ----
+
+    // Members in their fixed order of declaration. Every scalar starts at zero.
+    int m_width = 0;
+    int m_height = 0;
+    int m_fullWidth = 0;
+    int m_fullHeight = 0;
+    cv::Mat m_srcImg;          // grey region image
+    cv::Mat m_label;           // lesion, 0/1
+    cv::Mat m_lesionMask;      // lesion, 0/255
+    cv::Mat m_gbLesionLabel;   // gall bladder lesion
+    cv::Mat m_reservedMat190;  // only the gall bladder lesion initialiser fills it
+    cv::Mat m_organLabel;      // outer organ, 0/1
+    cv::Mat m_organMaskB;      // organ, 0/255, returned for ORGAN_GALLBLADDER
+    cv::Mat m_gbWallLabel;     // inner gall bladder, 0/1
+    cv::Mat m_gbOrganMask;     // inner gall bladder, 0/255
+    cv::Mat m_organMaskA;      // organ, 0/255, returned for ORGAN_LIVER
+    cv::Mat m_gbWallMask;      // gall bladder wall band
+    cv::Mat m_thyOrganMask;    // thyroid
+    cv::Mat m_plaqueOrganMask; // carotid, whole image
+    cv::Mat m_plaqueRoiMask;   // carotid, cut to the region
+    std::vector<cv::Point> m_lesionCont; // region coordinates
+    std::vector<cv::Point> m_organCont2; // returned for ORGAN_LIVER
+    std::vector<cv::Point> m_organCont3; // returned for ORGAN_GALLBLADDER
+    std::vector<cv::Point> m_gbCont1;    // outer gall bladder
+    std::vector<cv::Point> m_gbCont2;    // inner gall bladder
+    std::vector<cv::Point> m_thyCont1;   // thyroid
+    std::vector<cv::Point> m_plaqueCont; // carotid
+    std::vector<cv::Point> m_thyCont2;   // second thyroid contour
+    cv::Point m_centroid;
+    cv::Point m_innerPt1;
+    cv::Point m_innerPt2;
+    std::vector<cv::Point> m_hull;    // convex hull of the lesion contour
+    std::vector<cv::Point> m_hullPts; // outline of the filled hull
+    float m_fourierDist = 0.0f;
+    float m_depth = 0.0f;
+    float m_brightAvgGray = 0.0f;
+    float m_lesionAvgGray = 0.0f;
+    float m_lesionHighGray = 0.0f;
+    float m_lesionStdGray = 0.0f;
+    float m_reservedFloat670 = 0.0f;
+    float m_liverAvgGray = 0.0f;
+    cv::RotatedRect m_ellipse{cv::Point2f(0.0f, 0.0f), cv::Size2f(0.0f, 0.0f), 0.0f};
+    float m_majorAxisLength = 0.0f;
+    float m_minorAxisLength = 0.0f;
+    float m_lesionArea = 0.0f;
+    float m_organArea = 0.0f;
+    float m_lesionPerimeter = 0.0f;
+    float m_otsuThresh = 0.0f;
+    float m_echoHist = 0.0f;
+    int m_lesionPixNum = 0;
+    int m_organPixNum = 0;
+    float m_hullArea = 0.0f;
+    float m_hullPerimeter = 0.0f;
+    float m_circularity = 0.0f;
+    float m_ellipseRatio = 0.0f;
+    float m_nrg = 0.0f;
+    float m_nrg2 = 0.0f;
+    float m_nrg3 = 0.0f;
+    cv::Rect m_lesionBoundRect;
+    cv::Mat m_calcMask;  // calcification candidates, 0/255
+    cv::Mat m_modelMask; // the host model's regions at region size
+    cv::Mat m_fullSrcImg;
+    cv::Mat m_mask;
+    cv::Rect m_roi; // the region in whole-image coordinates
+    float m_calcRatio = 0.0f;
+    bool m_calcFlag = false; // only ever set to true
+    cv::Rect m_lesionRect;
+    int m_hyperCount = 0;
+    int m_hypoCount = 0;
+    float m_ringAvgGray = 0.0f;
+    float m_gbThickRatio1 = 0.0f;
+    float m_gbThickRatio2 = 0.0f;
+    std::vector<float> m_marginVals; // four values left by the breast margin measure
+    float m_thyFloat1 = 0.0f;
+    float m_thyFloat2 = 0.0f;
+};

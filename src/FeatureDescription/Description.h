@@ -1,0 +1,64 @@
+// Per-image verdict object: holds private copies of the images and the
+// lesion geometry, and turns measures into report categories.
+#pragma once
+
+#include <vector>
+
+#include <opencv2/core.hpp>
+
+#include "BusFeature/BusFeature.h"
+#include "Tool/Tool.h"
+
+// The wall measures of the gall bladder, returned together.
+struct WallSize {
+    float max;
+    float mean;
+    cv::Point first;
+    cv::Point second;
+};
+
+class SONOLEX_EXPORT Description {
+public:
+    // `image` and `region` are cloned; `roi` is the region in whole-image coordinates.
+    Description(cv::Mat image, cv::Mat region, cv::Rect roi);
+
+    void SetNewSize(cv::Mat image);
+    void SetCentroid(cv::Point point);
+    // Keeps the two ends of an axis; null keeps (0, 0) and (1, 0).
+    void SetAxisPts(const cv::Point* points);
+    void SetEllipse(cv::RotatedRect ellipse);
+    void SetLesionContour(const std::vector<cv::Point>& contour);
+    void SetOrganContour(const std::vector<cv::Point>& contour);
+    WallSize GetGBWallSize();
+
+    // ---- breast begin ----
+    // ---- breast end ----
+
+    // ---- liver begin ----
+    // ---- liver end ----
+
+    // ---- gallwall begin ----
+    // ---- gallwall end ----
+
+    // Members in their fixed order of declaration.
+    cv::Mat m_image;       // private copy of the whole grey image
+    cv::Rect m_roi;        // the region, whole-image coordinates
+    cv::Mat m_regionImage; // private copy of the region image
+    cv::Mat m_sizedImage;  // set by SetNewSize
+    int m_newWidth = 0;
+    int m_newHeight = 0;
+    double m_regularity = 0.0;
+    cv::Point m_centroid; // region coordinates
+    cv::Point m_axisPts[2];
+    cv::RotatedRect m_ellipse{cv::Point2f(0.0f, 0.0f), cv::Size2f(0.0f, 0.0f), 0.0f};
+    float m_ellipseAngle = 0.0f;
+    double m_regularity2 = 0.0;
+    std::vector<cv::Point> m_lesionContour; // region coordinates
+    std::vector<cv::Point> m_organContour;
+    float m_wallMax = 0.0f;
+    float m_wallMean = 0.0f;
+    cv::Point m_wallFirst;
+    cv::Point m_wallSecond;
+    float m_contourArea = 0.0f;
+    float m_contourPerimeter = 0.0f;
+};

@@ -1,0 +1,22 @@
+// Steps every entry point shares: validate, wrap the caller's buffer, make
+// the grey image, copy the outlines, move them into region coordinates.
+#pragma once
+
+#include <vector>
+
+#include <opencv2/core.hpp>
+
+#include "sonolex.h"
+#include "Tool/Tool.h"
+
+// A non-null image of 1, 3 or 4 channels; anything else returns untouched.
+bool IsValidImage(const unsigned char* image, int channels);
+// The caller's buffer as a matrix of (channels - 1) * 8 type, without a copy.
+cv::Mat WrapImage(const unsigned char* image, int channels, int width, int height);
+// Grey image: a deep copy of one channel, or BGR to grey for three and four.
+cv::Mat MakeGrey(const cv::Mat& wrapped);
+// The caller's points as a vector built at its final size. A negative count
+// raises std::length_error; a null array with a positive count is refused.
+std::vector<cv::Point> CopyContour(const MyPoint* points, int count);
+// Every point less (dx, dy), into a new vector.
+std::vector<cv::Point> ShiftContour(const std::vector<cv::Point>& contour, int dx, int dy);

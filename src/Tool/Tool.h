@@ -1,0 +1,75 @@
+// Free numeric helpers shared by every organ, and the guards that keep
+// OpenCV calls and float-to-int conversions defined on every input.
+#pragma once
+
+#include <climits>
+#include <cstdint>
+#include <vector>
+
+#include <opencv2/core.hpp>
+
+#define SONOLEX_EXPORT __attribute__((visibility("default")))
+
+// ---- 32-bit integer arithmetic that wraps as the hardware does ----
+// Products and sums of caller coordinates are taken in 32-bit ints without
+// widening; these keep the wrapped result and stay defined.
+inline int WrapAdd(int a, int b) { return int(uint32_t(a) + uint32_t(b)); }
+inline int WrapSub(int a, int b) { return int(uint32_t(a) - uint32_t(b)); }
+inline int WrapMul(int a, int b) { return int(uint32_t(a) * uint32_t(b)); }
+inline int WrapAbs(int a) { return a < 0 ? WrapSub(0, a) : a; }
+
+// Float to int, truncated toward zero. NaN, infinity and values outside the
+// int range give INT_MIN, as the x86 conversion instruction does.
+SONOLEX_EXPORT int TruncToInt(double value);
+// Float to int, rounded to nearest with ties to even (cvRound). Invalid or
+// out-of-range values give INT_MIN, as on x86.
+SONOLEX_EXPORT int RoundToInt(double value);
+
+// ---- contour guards ----
+// cv::drawContours with empty contours skipped: an empty contour draws
+// nothing. With `index` >= 0 only that contour is drawn.
+SONOLEX_EXPORT void SafeDrawContours(cv::InputOutputArray image, const std::vector<std::vector<cv::Point>>& contours,
+                                     int index, const cv::Scalar& colour, int thickness, int lineType,
+                                     int maxLevel = INT_MAX, cv::Point offset = cv::Point());
+// One contour, drawn as a one-element list at index 0 with no hierarchy.
+SONOLEX_EXPORT void DrawContour(cv::InputOutputArray image, const std::vector<cv::Point>& contour,
+                                const cv::Scalar& colour, int thickness, int lineType = 8);
+// cv::contourArea, with 0 for an empty contour.
+SONOLEX_EXPORT double SafeContourArea(const std::vector<cv::Point>& contour, bool oriented = false);
+SONOLEX_EXPORT double SafeContourArea(const std::vector<cv::Point2f>& contour, bool oriented = false);
+
+// ---- region of interest ----
+// Clips `r` to a width x height image, never reaching its last row or column.
+SONOLEX_EXPORT bool JudgeRoi(cv::Rect& r, int width, int height);
+
+// ---- geometry ----
+// Distance from p to the infinite line through a and b (NaN or infinity when a == b).
+SONOLEX_EXPORT float getDist_P2L(cv::Point p, cv::Point a, cv::Point b);
+SONOLEX_EXPORT float distance(cv::Point a, cv::Point b);
+SONOLEX_EXPORT float distance(cv::Point2f a, cv::Point2f b);
+SONOLEX_EXPORT bool compX(const cv::Point& a, const cv::Point& b);
+SONOLEX_EXPORT bool compY(const cv::Point& a, const cv::Point& b);
+SONOLEX_EXPORT bool descendSort(const std::vector<cv::Point>& a, const std::vector<cv::Point>& b);
+
+// ---- grey statistics ----
+// |mean of the ring outside a 0/1 mask - mean inside it (or of its inner ring)|.
+SONOLEX_EXPORT float GrayDiff(const cv::Mat& mask, const cv::Mat& image, int k, bool wholeMask);
+// Masked Otsu threshold over bins 0..254, returned as the class boundary less one.
+SONOLEX_EXPORT int OtsuAlgThreshold(cv::Mat image, cv::Mat mask);
+// Least-squares polynomial of y on x; row i of `coefficients` belongs to x^i.
+SONOLEX_EXPORT void FitPolynomialCurve(const std::vector<cv::Point>& points, int n, cv::Mat& coefficients);
+
+// ---- breast begin ----
+// ---- breast end ----
+
+// ---- thyroid begin ----
+// ---- thyroid end ----
+
+// ---- liver begin ----
+// ---- liver end ----
+
+// ---- carotid begin ----
+// ---- carotid end ----
+
+// ---- gallwall begin ----
+// ---- gallwall end ----

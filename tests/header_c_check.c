@@ -1,0 +1,36 @@
+/* The public header compiles as C, and its records keep their byte layout. */
+#include <stddef.h>
+#include "sonolex.h"
+
+_Static_assert(sizeof(MyPoint) == 8, "MyPoint is 8 bytes");
+_Static_assert(offsetof(MyPoint, y) == 4, "MyPoint.y at byte 4");
+_Static_assert(sizeof(RoiCoor) == 16, "RoiCoor is 16 bytes");
+_Static_assert(offsetof(RoiCoor, y) == 4 && offsetof(RoiCoor, width) == 8 && offsetof(RoiCoor, height) == 12,
+               "RoiCoor fields");
+_Static_assert(sizeof(lesionAxisPointEnd) == 32, "lesionAxisPointEnd is 32 bytes");
+_Static_assert(offsetof(lesionAxisPointEnd, longEnd) == 8 && offsetof(lesionAxisPointEnd, shortStart) == 16 &&
+                   offsetof(lesionAxisPointEnd, shortEnd) == 24,
+               "lesionAxisPointEnd fields");
+
+/* ---- breast records begin ---- */
+_Static_assert(sizeof(BreastResult) == 24, "BreastResult is 24 bytes");
+_Static_assert(offsetof(BreastResult, orientation) == 4 && offsetof(BreastResult, echo) == 8 &&
+                   offsetof(BreastResult, boundary) == 12 && offsetof(BreastResult, margin) == 16 &&
+                   offsetof(BreastResult, calcification) == 20,
+               "BreastResult fields");
+/* ---- breast records end ---- */
+
+/* ---- thyroid records begin ---- */
+/* ---- thyroid records end ---- */
+
+/* ---- liver records begin ---- */
+/* ---- liver records end ---- */
+
+/* ---- carotid records begin ---- */
+/* ---- carotid records end ---- */
+
+/* ---- gallwall records begin ---- */
+/* ---- gallwall records end ---- */
+
+int sonolex_header_c_check(void);
+int sonolex_header_c_check(void) { return (int)sizeof(BreastResult); }
