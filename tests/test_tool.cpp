@@ -1,0 +1,196 @@
+// Shared numeric helpers: region clipping, conversions, distances, Otsu,
+// polynomial fit, ring contrast and the contour guards.
+#include <climits>
+#include <cmath>
+#include <limits>
+
+#include <gtest/gtest.h>
+#include <opencv2/imgproc.hpp>
+
+#include "Tool/Tool.h"
+
+TEST(JudgeRoi, RegionEndingOnTheImageEdgeLosesOnePixel)
+{
+    cv::Rect r(0, 0, 100, 100);
+    EXPECT_TRUE(JudgeRoi(r, 100, 100));
+    EXPECT_EQ(r, cv::Rect(0, 0, 99, 99)); // 100 + 0 >= 99, so width = 99 - 0
+}
+
+TEST(JudgeRoi, LeftClipDoesNotShortenTheWidth)
+{
+    cv::Rect r(-5, 0, 50, 50);
+    JudgeRoi(r, 100, 100);
+    EXPECT_EQ(r, cv::Rect(0, 0, 50, 50)); // 50 + 0 < 99: untouched
+}
+
+TEST(JudgeRoi, RightAndBottomClipKeepTheOrigin)
+{
+    cv::Rect r(60, 70, 40, 40);
+    JudgeRoi(r, 100, 90);
+    EXPECT_EQ(r, cv::Rect(60, 70, 39, 19)); // 99 - 60, 89 - 70
+}
+
+TEST(Conversions, InvalidFloatsBecomeIntMin)
+{
+    EXPECT_EQ(TruncToInt(std::numeric_limits<double>::quiet_NaN()), INT_MIN);
+    EXPECT_EQ(TruncToInt(std::numeric_limits<double>::infinity()), INT_MIN);
+    EXPECT_EQ(TruncToInt(-std::numeric_limits<double>::infinity()), INT_MIN);
+    EXPECT_EQ(TruncToInt(3.0e9), INT_MIN);
+    EXPECT_EQ(RoundToInt(std::numeric_limits<double>::quiet_NaN()), INT_MIN);
+    EXPECT_EQ(RoundToInt(2147483647.6), INT_MIN); // rounds past INT_MAX
+}
+
+TEST(Conversions, TruncationGoesTowardZeroAndRoundingTiesToEven)
+{
+    EXPECT_EQ(TruncToInt(2.9), 2);
+    EXPECT_EQ(TruncToInt(-2.9), -2);
+    EXPECT_EQ(TruncToInt(2147483647.0), INT_MAX);
+    EXPECT_EQ(TruncToInt(-2147483648.9), INT_MIN); // truncates to -2^31, still representable
+    EXPECT_EQ(RoundToInt(2.5), 2);
+    EXPECT_EQ(RoundToInt(3.5), 4);
+    EXPECT_EQ(RoundToInt(-2.5), -2);
+    EXPECT_EQ(RoundToInt(-2.6), -3);
+}
+
+TEST(Geometry, PointToLineDistance)
+{
+    EXPECT_EQ(getDist_P2L(cv::Point(5, 0), cv::Point(0, 0), cv::Point(10, 0)), 0.0f);
+    // A = 0, B = 10, C = 0: |10 * 5| / sqrt(100) = 5
+    EXPECT_EQ(getDist_P2L(cv::Point(3, 5), cv::Point(0, 0), cv::Point(10, 0)), 5.0f);
+    // Line x = y through the origin: |A*x + B*y| / sqrt(2) with A = -4, B = 4
+    EXPECT_FLOAT_EQ(getDist_P2L(cv::Point(2, 0), cv::Point(0, 0), cv::Point(4, 4)), 8.0f / std::sqrt(32.0f));
+}
+
+TEST(Geometry, CoincidentLineEndsGiveNoNumber)
+{
+    EXPECT_TRUE(std::isnan(getDist_P2L(cv::Point(1, 1), cv::Point(3, 3), cv::Point(3, 3)) * 0.0f));
+}
+
+TEST(Geometry, DistancesAndOrderings)
+{
+    EXPECT_EQ(distance(cv::Point(0, 0), cv::Point(3, 4)), 5.0f);
+    EXPECT_EQ(distance(cv::Point2f(1.5f, 0.0f), cv::Point2f(1.5f, -2.0f)), 2.0f);
+    EXPECT_TRUE(compX(cv::Point(1, 9), cv::Point(2, 0)));
+    EXPECT_FALSE(compX(cv::Point(2, 0), cv::Point(2, 9)));
+    EXPECT_TRUE(compY(cv::Point(9, 1), cv::Point(0, 2)));
+    EXPECT_TRUE(descendSort(std::vector<cv::Point>(3), std::vector<cv::Point>(2)));
+    EXPECT_FALSE(descendSort(std::vector<cv::Point>(2), std::vector<cv::Point>(2)));
+}
+
+namespace {
+
+cv::Mat Grey(int rows, int cols, std::initializer_list<uchar> values)
+{
+    cv::Mat m(rows, cols, CV_8U);
+    std::copy(values.begin(), values.end(), m.begin<uchar>());
+    return m;
+}
+
+} // namespace
+
+TEST(Otsu, EmptyMaskAndSingleGreyGiveZero)
+{
+    const cv::Mat image = Grey(2, 2, {10, 20, 30, 40});
+    EXPECT_EQ(OtsuAlgThreshold(image, cv::Mat::zeros(2, 2, CV_8U)), 0);
+    const cv::Mat flat(3, 3, CV_8U, cv::Scalar(77));
+    EXPECT_EQ(OtsuAlgThreshold(flat, cv::Mat::ones(3, 3, CV_8U)), 0);
+}
+
+TEST(Otsu, TwoGreysSplitJustAboveTheDarkOne)
+{
+    // Two pixels at 50 and two at 150: every boundary i in 51..150 separates
+    // them equally well; the first, i = 51, wins and the result is i - 1.
+    const cv::Mat image = Grey(2, 2, {50, 150, 150, 50});
+    EXPECT_EQ(OtsuAlgThreshold(image, cv::Mat::ones(2, 2, CV_8U)), 50);
+}
+
+TEST(Otsu, SaturatedWhiteSitsInNoClass)
+{
+    // 100 and 255 only: bin 255 never enters the upper class, so it stays empty.
+    const cv::Mat image = Grey(2, 2, {100, 255, 100, 255});
+    EXPECT_EQ(OtsuAlgThreshold(image, cv::Mat::ones(2, 2, CV_8U)), 0);
+    const cv::Mat blackWhite = Grey(1, 2, {0, 255});
+    EXPECT_EQ(OtsuAlgThreshold(blackWhite, cv::Mat::ones(1, 2, CV_8U)), 0);
+}
+
+TEST(Otsu, MaskSelectsThePixels)
+{
+    // Unmasked 200s are ignored: the masked pixels are one grey.
+    const cv::Mat image = Grey(1, 4, {50, 50, 200, 200});
+    EXPECT_EQ(OtsuAlgThreshold(image, Grey(1, 4, {1, 1, 0, 0})), 0);
+}
+
+TEST(Otsu, ViewIsReadWithoutItsRowStep)
+{
+    // Parent rows: 50 50 50 50 / 150 150 9 9. The 2x2 view holds 50 50 / 150 150,
+    // which would split at 50, but the raw offsets r * 2 + c read the first
+    // four bytes of the parent: four 50s, a single grey, so 0.
+    const cv::Mat parent = Grey(2, 4, {50, 50, 50, 50, 150, 150, 9, 9});
+    const cv::Mat view = parent(cv::Rect(0, 0, 2, 2));
+    EXPECT_EQ(OtsuAlgThreshold(view, cv::Mat::ones(2, 2, CV_8U)), 0);
+    EXPECT_EQ(OtsuAlgThreshold(view.clone(), cv::Mat::ones(2, 2, CV_8U)), 50);
+}
+
+TEST(Otsu, MaskSmallerThanImageIsRefused)
+{
+    EXPECT_ANY_THROW(OtsuAlgThreshold(cv::Mat::ones(4, 4, CV_8U), cv::Mat::ones(2, 2, CV_8U)));
+}
+
+TEST(FitPolynomialCurve, LineThroughThreePoints)
+{
+    // y = 1 + 2x: normal equations [3 3; 3 5] c = [9; 13] give c = (1, 2).
+    cv::Mat c;
+    FitPolynomialCurve({{0, 1}, {1, 3}, {2, 5}}, 1, c);
+    ASSERT_EQ(c.rows, 2);
+    EXPECT_NEAR(c.at<double>(0), 1.0, 1e-12);
+    EXPECT_NEAR(c.at<double>(1), 2.0, 1e-12);
+}
+
+TEST(FitPolynomialCurve, ParabolaCoefficientsByPower)
+{
+    // y = x^2 at x = -1, 0, 1, 2: exact fit, c = (0, 0, 1).
+    cv::Mat c;
+    FitPolynomialCurve({{-1, 1}, {0, 0}, {1, 1}, {2, 4}}, 2, c);
+    EXPECT_NEAR(c.at<double>(0), 0.0, 1e-12);
+    EXPECT_NEAR(c.at<double>(1), 0.0, 1e-12);
+    EXPECT_NEAR(c.at<double>(2), 1.0, 1e-12);
+}
+
+TEST(GrayDiff, OuterRingAgainstWholeMaskOrInnerRing)
+{
+    // 6x6 square of 1s in a 20x20 mask; inside grey 100 with a 70 border
+    // ring, outside 40. k = 3 gives one-pixel rings.
+    cv::Mat mask = cv::Mat::zeros(20, 20, CV_8U);
+    mask(cv::Rect(7, 7, 6, 6)).setTo(1);
+    cv::Mat image(20, 20, CV_8U, cv::Scalar(40));
+    image(cv::Rect(7, 7, 6, 6)).setTo(70);
+    image(cv::Rect(8, 8, 4, 4)).setTo(100);
+    // inner ring is the 20 border pixels at 70: |40 - 70| = 30
+    EXPECT_FLOAT_EQ(GrayDiff(mask, image, 3, false), 30.0f);
+    // whole mask: (20 * 70 + 16 * 100) / 36 = 83.333..., |40 - 83.33| = 43.33
+    EXPECT_FLOAT_EQ(GrayDiff(mask, image, 3, true), static_cast<float>(3000.0 / 36.0 - 40.0));
+}
+
+TEST(ContourGuards, EmptyContourDrawsNothingAndMeasuresZero)
+{
+    // OpenCV itself refuses an empty contour; the guards make it a no-op.
+    const std::vector<cv::Point> empty;
+    EXPECT_ANY_THROW(cv::contourArea(empty));
+    EXPECT_EQ(SafeContourArea(empty), 0.0);
+    EXPECT_EQ(SafeContourArea(std::vector<cv::Point2f>()), 0.0);
+
+    cv::Mat image = cv::Mat::zeros(10, 10, CV_8U);
+    DrawContour(image, empty, cv::Scalar(255), cv::FILLED);
+    SafeDrawContours(image, {empty}, 0, cv::Scalar(255), cv::FILLED, cv::LINE_8);
+    SafeDrawContours(image, {empty, empty}, -1, cv::Scalar(255), 1, cv::LINE_8);
+    EXPECT_EQ(cv::countNonZero(image), 0);
+}
+
+TEST(ContourGuards, EmptyContourBesideRealOnesIsSkipped)
+{
+    const std::vector<cv::Point> square{{1, 1}, {3, 1}, {3, 3}, {1, 3}};
+    cv::Mat image = cv::Mat::zeros(10, 10, CV_8U);
+    SafeDrawContours(image, {{}, square}, -1, cv::Scalar(255), cv::FILLED, cv::LINE_8);
+    EXPECT_EQ(cv::countNonZero(image), 9); // the 3x3 square, outline included
+    EXPECT_EQ(SafeContourArea(square), 4.0);
+}
