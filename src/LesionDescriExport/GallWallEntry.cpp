@@ -7,15 +7,15 @@
 
 #include "BusFeature/BusFeature.h"
 #include "LesionDescriExport/EntryFrame.h"
+#include "LesionDescriExport/GallWallEntry.h"
 
 namespace {
 
 constexpr int kMargin = 8; // pixels added around the outer outline
 
-// The outer outline's bounding box widened by 8 pixels a side. A side clipped
-// at the left or top keeps its full width, so the margin moves to the far
-// side; only the right and bottom are cut at the image edge.
-cv::Rect WallRegion(const std::vector<cv::Point>& outer, int width, int height)
+} // namespace
+
+cv::Rect GallWallRegion(const std::vector<cv::Point>& outer, int width, int height)
 {
     const cv::Rect bounds = outer.empty() ? cv::Rect() : cv::boundingRect(outer);
     int x0 = WrapSub(bounds.x, kMargin);
@@ -32,6 +32,8 @@ cv::Rect WallRegion(const std::vector<cv::Point>& outer, int width, int height)
         h0 = WrapSub(height, y0);
     return cv::Rect(x0, y0, w0, h0);
 }
+
+namespace {
 
 // The region view must be a non-empty part of the grey image; checked here in
 // 64 bits, since wrapped sums could otherwise pass the matrix's own test.
@@ -58,7 +60,7 @@ extern "C" SONOLEX_API void GallWallDescription(const unsigned char* image, int 
         const cv::Mat grey = MakeGrey(wrapped);
 
         const std::vector<cv::Point> outer = CopyContour(outerPoints, outerPointCount);
-        const cv::Rect roi = WallRegion(outer, width, height);
+        const cv::Rect roi = GallWallRegion(outer, width, height);
         CheckInside(roi, grey);
         const cv::Mat regionImage(grey, roi);
 
