@@ -102,7 +102,8 @@ public:
     // Distance from `to` to the nearer crossing of the outer outline along the
     // line from `from` through `to`; 0 when fewer than two crossings are found.
     float CalcLineIntersection(cv::Point from, cv::Point to);
-    // CalcLineIntersection on a drawing of the outer outline made beforehand.
+    // CalcLineIntersection on the outer outline drawn beforehand by
+    // DrawGBOuterOutline (0 and 50 only), so many rays share one drawing.
     float CalcLineIntersectionOn(const cv::Mat& outline, cv::Point from, cv::Point to);
     // The outer outline drawn as CalcLineIntersection sees it: 50 on zero, 2 px wide.
     cv::Mat DrawGBOuterOutline();

@@ -63,17 +63,21 @@ int BUSFeature::GetGBThicken()
     const int rows = m_srcImg.rows;
     const int cols = m_srcImg.cols;
 
-    // Working scale of the erosion test, tested in this order.
+    // Working scale of the erosion test: a side of 110 to 150 keeps the full
+    // size; otherwise small regions are enlarged and large ones shrunk, and
+    // regions small one way and large the other keep the full size.
     float scale = 1.0f;
     bool doResize = false;
-    if (cols >= 110 && cols <= 150) {
-    } else if (rows >= 110 && rows <= 150) {
-    } else if (cols < 110 && rows < 110) {
-        scale = kEnlarge;
-        doResize = true;
-    } else if (cols > 150 && rows > 150) {
-        scale = kShrink;
-        doResize = true;
+    const bool midCols = cols >= 110 && cols <= 150;
+    const bool midRows = rows >= 110 && rows <= 150;
+    if (!midCols && !midRows) {
+        if (cols < 110 && rows < 110) {
+            scale = kEnlarge;
+            doResize = true;
+        } else if (cols > 150 && rows > 150) {
+            scale = kShrink;
+            doResize = true;
+        }
     }
 
     const cv::Mat wall = m_gbWallMask * 255; // 0/255
