@@ -100,6 +100,29 @@ typedef struct BreastResult {
 /* ---- carotid records end ---- */
 
 /* ---- gallwall records begin ---- */
+/* Verdicts on a gall bladder wall, written by GallWallDescription. 8 bytes.
+ * The wall is the band between the outer outline of the gall bladder and the
+ * outline of its lumen.
+ *
+ * Read wallVerdict first. thickenVerdict is never cleared by the call: it is
+ * written only once the thickening grade is known, just before wallVerdict.
+ * While wallVerdict is 0 the call may have stopped before that point, so
+ * thickenVerdict may still hold whatever the host left in it; take it as valid
+ * only when wallVerdict is not 0. */
+typedef struct GallWallResult {
+    /* byte 0: 1 normal wall (thin, even echo, a small share of each chord
+     * across the organ), 2 abnormal wall (it survives three 3x3 erosions with
+     * at least 12% of its pixels, more than 9.5% of it is brighter than its
+     * mean plus 1.8 standard deviations, or it fills more than a third of a
+     * chord across the organ), 0 when the call did not reach this verdict. */
+    int32_t wallVerdict;
+    /* byte 4: 1 no thickening (less than 15% of the wall survives three 3x3
+     * erosions), 3 focal thickening (the thinnest of about 40 radial wall
+     * measures is under a tenth of the thickest, and the thickest exceeds 35
+     * pixels), 2 diffuse thickening (any other wall that survives the
+     * erosions). Untouched by a call that stops before it is reached. */
+    int32_t thickenVerdict;
+} GallWallResult;
 /* ---- gallwall records end ---- */
 
 /* ---- breast entries begin ---- */
@@ -115,6 +138,30 @@ typedef struct BreastResult {
 /* ---- carotid entries end ---- */
 
 /* ---- gallwall entries begin ---- */
+/* Grades a gall bladder wall: whether it is normal and whether, and how, it
+ * is thickened.
+ *   image, channels, width, height: the whole image, as described at the top
+ *       of this header; read only.
+ *   outerPointCount, outerPoints: outer outline of the gall bladder, closed,
+ *       in whole-image coordinates; read only. The working region is its
+ *       bounding rectangle widened by 8 pixels on each side; a side clipped at
+ *       the left or top edge gives its margin to the right or bottom, and the
+ *       region is then cut at the right and bottom edges of the image.
+ *   innerPointCount, innerPoints: outline of the lumen, inside the first one,
+ *       in whole-image coordinates; read only. It needs at least 40 points.
+ *   result: written as described below; owned by the host.
+ * A null image or a channel count other than 1, 3 or 4, or a null result,
+ * returns at once and writes nothing. Otherwise wallVerdict is set to 0 first,
+ * thickenVerdict is written when the thickening is graded and wallVerdict
+ * last. A call that fails (negative count, null outline with a positive
+ * count, an outer outline of fewer than five points, a region outside the
+ * image, a lumen outline of fewer than 40 points, a chord across the organ
+ * that meets no wall) leaves wallVerdict 0 and thickenVerdict either as the
+ * host left it or, for a failure after grading, holding the thickening
+ * grade. */
+SONOLEX_API void GallWallDescription(const unsigned char* image, int channels, int width, int height,
+                                     int outerPointCount, const MyPoint* outerPoints, int innerPointCount,
+                                     const MyPoint* innerPoints, GallWallResult* result);
 /* ---- gallwall entries end ---- */
 
 #ifdef __cplusplus

@@ -30,6 +30,9 @@ _Static_assert(offsetof(BreastResult, orientation) == 4 && offsetof(BreastResult
 /* ---- carotid records end ---- */
 
 /* ---- gallwall records begin ---- */
+_Static_assert(sizeof(GallWallResult) == 8, "GallWallResult is 8 bytes");
+_Static_assert(offsetof(GallWallResult, wallVerdict) == 0 && offsetof(GallWallResult, thickenVerdict) == 4,
+               "GallWallResult fields");
 /* ---- gallwall records end ---- */
 
 int sonolex_header_c_check(void);

@@ -81,6 +81,32 @@ public:
     // ---- carotid end ----
 
     // ---- gallwall begin ----
+    // Outer outline and lumen outline (region coordinates) to the organ and
+    // lumen masks, the wall band between them, the ellipse and the organ area.
+    // Both vectors are replaced by the outlines of their filled masks.
+    void InitiGBOrganPara(std::vector<cv::Point>& first, std::vector<cv::Point>& second);
+    // Thickening grade, 1 none, 2 diffuse, 3 focal; leaves the erosion ratio
+    // and the chord density in m_gbThickRatio1 and m_gbThickRatio2.
+    int GetGBThicken();
+    // Wall grade, 1 normal, 2 abnormal; reads what GetGBThicken left.
+    int GetGBWall();
+    // Mean grey of the masked pixels on the main diagonal over all masked pixels.
+    float GetHomogeneity(cv::Mat image, cv::Mat mask);
+    // Pixels of `drawing` (50 or 51 where set) crossed by the line through
+    // pts[0] and pts[1], drawn from image edge to image edge; false when the
+    // line does not give two edge points.
+    bool CalcIntersection(cv::Mat drawing, cv::Point* pts, int lastX, int lastY, std::vector<cv::Point>& out);
+    // The same for the parallel to pts[0]-pts[1] through `through`.
+    bool CalcIntersection2(cv::Mat drawing, cv::Point* pts, cv::Point through, int lastX, int lastY,
+                           std::vector<cv::Point>& out);
+    // Distance from `to` to the nearer crossing of the outer outline along the
+    // line from `from` through `to`; 0 when fewer than two crossings are found.
+    float CalcLineIntersection(cv::Point from, cv::Point to);
+    // CalcLineIntersection on the outer outline drawn beforehand by
+    // DrawGBOuterOutline (0 and 50 only), so many rays share one drawing.
+    float CalcLineIntersectionOn(const cv::Mat& outline, cv::Point from, cv::Point to);
+    // The outer outline drawn as CalcLineIntersection sees it: 50 on zero, 2 px wide.
+    cv::Mat DrawGBOuterOutline();
     // ---- gallwall end ----
 
     // Members in their fixed order of declaration. Every scalar starts at zero.

@@ -72,4 +72,7 @@ SONOLEX_EXPORT void FitPolynomialCurve(const std::vector<cv::Point>& points, int
 // ---- carotid end ----
 
 // ---- gallwall begin ----
+// Equality of one coordinate, to drop repeated line end candidates.
+SONOLEX_EXPORT bool equalX(const cv::Point& a, const cv::Point& b);
+SONOLEX_EXPORT bool equalY(const cv::Point& a, const cv::Point& b);
 // ---- gallwall end ----

@@ -1,0 +1,80 @@
+// GallWallDescription: grades the gall bladder wall, the band between the
+// organ's outer outline and the outline of its lumen.
+#include <cstdint>
+#include <stdexcept>
+
+#include <opencv2/imgproc.hpp>
+
+#include "BusFeature/BusFeature.h"
+#include "LesionDescriExport/EntryFrame.h"
+#include "LesionDescriExport/GallWallEntry.h"
+
+namespace {
+
+constexpr int kMargin = 8; // pixels added around the outer outline
+
+} // namespace
+
+cv::Rect GallWallRegion(const std::vector<cv::Point>& outer, int width, int height)
+{
+    const cv::Rect bounds = outer.empty() ? cv::Rect() : cv::boundingRect(outer);
+    int x0 = WrapSub(bounds.x, kMargin);
+    if (x0 < 1)
+        x0 = 0;
+    int y0 = WrapSub(bounds.y, kMargin);
+    if (y0 < 1)
+        y0 = 0;
+    int w0 = WrapAdd(bounds.width, 2 * kMargin);
+    if (width < WrapAdd(w0, x0))
+        w0 = WrapSub(width, x0);
+    int h0 = WrapAdd(bounds.height, 2 * kMargin);
+    if (height < WrapAdd(h0, y0))
+        h0 = WrapSub(height, y0);
+    return cv::Rect(x0, y0, w0, h0);
+}
+
+namespace {
+
+// The region view must be a non-empty part of the grey image; checked here in
+// 64 bits, since wrapped sums could otherwise pass the matrix's own test.
+void CheckInside(const cv::Rect& r, const cv::Mat& grey)
+{
+    const int64_t right = int64_t(r.x) + r.width;
+    const int64_t bottom = int64_t(r.y) + r.height;
+    if (r.x < 0 || r.y < 0 || r.width <= 0 || r.height <= 0 || right > grey.cols || bottom > grey.rows)
+        throw std::out_of_range("gall wall region outside the image");
+}
+
+} // namespace
+
+extern "C" SONOLEX_API void GallWallDescription(const unsigned char* image, int channels, int width, int height,
+                                                int outerPointCount, const MyPoint* outerPoints,
+                                                int innerPointCount, const MyPoint* innerPoints,
+                                                GallWallResult* result)
+{
+    if (!IsValidImage(image, channels) || result == nullptr)
+        return;
+    result->wallVerdict = 0; // thickenVerdict keeps the caller's value until it is graded
+    try {
+        const cv::Mat wrapped = WrapImage(image, channels, width, height);
+        const cv::Mat grey = MakeGrey(wrapped);
+
+        const std::vector<cv::Point> outer = CopyContour(outerPoints, outerPointCount);
+        const cv::Rect roi = GallWallRegion(outer, width, height);
+        CheckInside(roi, grey);
+        const cv::Mat regionImage(grey, roi);
+
+        std::vector<cv::Point> outerRegion = ShiftContour(outer, roi.x, roi.y);
+        std::vector<cv::Point> innerRegion = ShiftContour(CopyContour(innerPoints, innerPointCount), roi.x, roi.y);
+
+        BUSFeature feature(regionImage, width, height);
+        feature.InitiGBOrganPara(outerRegion, innerRegion);
+        feature.CalcCentroid(true);
+        feature.GetEllipse();
+
+        // GetGBWall reads the two ratios GetGBThicken leaves, so this order is fixed.
+        result->thickenVerdict = feature.GetGBThicken();
+        result->wallVerdict = feature.GetGBWall();
+    } catch (...) {
+    }
+}
