@@ -67,7 +67,8 @@ SONOLEX_EXPORT bool cmp1(const std::pair<float, std::vector<cv::Point>>& a,
 
 // Tilt of the line a-b against the image rows, in degrees, 0 to 90; NaN when a equals b.
 SONOLEX_EXPORT double AxisTiltDegrees(cv::Point a, cv::Point b);
-// Puts the more horizontal axis first: the long axis stays first up to a tilt
-// of 55 degrees inclusive. A long axis of zero length assigns nothing.
-SONOLEX_EXPORT void OrderAxesByTilt(const cv::Point* longAxis, const cv::Point* shortAxis, cv::Point* axisA,
+// Puts the more horizontal axis first: the long axis, tilted by `tilt`
+// degrees, stays first up to 55 degrees inclusive. A NaN tilt (a long axis of
+// zero length) assigns nothing.
+SONOLEX_EXPORT void OrderAxesByTilt(double tilt, const cv::Point* longAxis, const cv::Point* shortAxis, cv::Point* axisA,
                                     cv::Point* axisB);

@@ -68,7 +68,7 @@ void LesionAxis::CalcLesionAxis(cv::Point* axisA, cv::Point* axisB, float& lengt
                                     TruncToInt(static_cast<float>(axis[i].y) * fy));
     }
 
-    OrderAxesByTilt(longAxis, shortAxis, axisA, axisB);
+    OrderAxesByTilt(AxisTiltDegrees(longAxis[0], longAxis[1]), longAxis, shortAxis, axisA, axisB);
     lengthA = AxisLength(axisA);
     lengthB = AxisLength(axisB);
 }

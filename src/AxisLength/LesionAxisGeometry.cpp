@@ -85,9 +85,9 @@ double AxisTiltDegrees(cv::Point a, cv::Point b)
            57.29577951308232;
 }
 
-void OrderAxesByTilt(const cv::Point* longAxis, const cv::Point* shortAxis, cv::Point* axisA, cv::Point* axisB)
+void OrderAxesByTilt(double tilt, const cv::Point* longAxis, const cv::Point* shortAxis, cv::Point* axisA,
+                     cv::Point* axisB)
 {
-    const double tilt = AxisTiltDegrees(longAxis[0], longAxis[1]);
     if (std::fabs(tilt) <= 55.0) {
         axisA[0] = longAxis[0];
         axisA[1] = longAxis[1];
