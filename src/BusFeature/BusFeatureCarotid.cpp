@@ -100,7 +100,7 @@ int BUSFeature::GetCarotidPlaquePosition()
     float upper = 0.0f;
     float lower = 0.0f;
     if (p[0].x == p[3].x || p[0].x == p[1].x) {
-        // Upright rectangle: the box's proportions, and the distances to its left (sic) and bottom.
+        // Upright rectangle: the box's proportions; the upper distance is taken, crossed, from its left.
         ratio = static_cast<float>(box.width) / static_cast<float>(box.height);
         upper = static_cast<float>(WrapAbs(WrapSub(cy, box.x)));
         lower = static_cast<float>(WrapAbs(WrapSub(cy, WrapAdd(box.y, box.height))));
