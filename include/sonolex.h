@@ -97,6 +97,44 @@ typedef struct BreastResult {
 /* ---- liver records end ---- */
 
 /* ---- carotid records begin ---- */
+/* Verdicts on a carotid plaque and the vessel's inner diameter, written by
+ * CarotidPlaqueDescription. 28 bytes.
+ * Only position and echo are cleared, and only once the call has fixed its
+ * region around the vessel; every other field keeps the caller's value until
+ * it is written. The four diameter fields are written together, after the
+ * echo and position verdicts, or not at all. */
+typedef struct PlaqueResult {
+    /* byte 0: where the plaque sits in the vessel, judged from the centre of
+     * the plaque's bounding box against the vessel outline:
+     *   1 on the upper (near-field) wall: for an elongated vessel section,
+     *     the plaque's centre is nearer the upper side, or as near to both;
+     *   2 on the lower (far-field) wall: nearer the lower side;
+     *   3 on a side wall of a nearly square vessel section (proportions
+     *     between 0.5 and 1.8), the centre nearer the section's sides than
+     *     its top and bottom as the measure compares them;
+     *   0 not reached. */
+    int32_t position;
+    /* byte 4: echo of the plaque against its own grey levels:
+     *   1 low echo (soft plaque): a dark plaque (mean plus 2.2 standard
+     *     deviations at most 119), or one with neither a large bright share
+     *     nor very bright spots;
+     *   2 uniformly bright: mean grey above 60 and more than 65% of the
+     *     plaque above its Otsu level;
+     *   3 mixed echo: a large bright share, or very bright spots (above the
+     *     mean plus 2.2 standard deviations) in more than 3 to 4% of it;
+     *   0 not reached. */
+    int32_t echo;
+    /* byte 8: reserved. Never written and never cleared: the caller's value stays. */
+    int32_t reserved;
+    /* bytes 12 to 24: the ends of the vessel's inner diameter, the longer of
+     * its two axes stretched to where its line meets the vessel outline, in
+     * whole-image coordinates. Written together after echo and position;
+     * on a failed call they keep the caller's values. */
+    int32_t firstX;  /* byte 12: x (column) of the first end */
+    int32_t firstY;  /* byte 16: y (row) of the first end */
+    int32_t secondX; /* byte 20: x of the second end */
+    int32_t secondY; /* byte 24: y of the second end */
+} PlaqueResult;
 /* ---- carotid records end ---- */
 
 /* ---- gallwall records begin ---- */
@@ -135,6 +173,38 @@ typedef struct GallWallResult {
 /* ---- liver entries end ---- */
 
 /* ---- carotid entries begin ---- */
+/* Describes a carotid plaque: its echo, its position in the vessel, and the
+ * ends of the vessel's inner diameter.
+ *
+ *   image, channels, width, height: the whole image (see the conventions
+ *       above); read only.
+ *   roi: ignored; the region is always cut around the chosen vessel, 10
+ *       pixels wider on each side and clipped so that it never reaches the
+ *       image's last row or column.
+ *   organContourCount: how many vessel outlines organPoints holds. Below 2
+ *       (0 and negative included), all organPointCount points form one
+ *       vessel and organContourSizes is not read (it may be null).
+ *       With 2 or more, the vessel is the first outline, in the caller's
+ *       order, whose filled area overlaps more than a quarter of the filled
+ *       plaque; when none does, all organPointCount points are taken as one
+ *       outline, whatever their packing.
+ *   organContourSizes: organContourCount point counts, one per outline;
+ *       read only. Sizes that run past organPointCount end the call.
+ *   organPointCount, organPoints: all vessel outlines one after another,
+ *       whole-image coordinates; read only.
+ *   lesionPointCount, lesionPoints: plaque outline, whole-image
+ *       coordinates; read only.
+ *   result: written as PlaqueResult describes; a null result returns at once.
+ *
+ * A failure before the region is fixed (a negative count, a null point
+ * array with a positive count, bad sizes) leaves all 28 bytes as the caller
+ * had them. A later failure leaves position and echo 0, or echo alone, or
+ * both, and the diameter fields as the caller had them. Bytes 8 to 11 are
+ * never touched. */
+SONOLEX_API void CarotidPlaqueDescription(const unsigned char* image, int channels, int width, int height,
+                                          RoiCoor roi, int organContourCount, const int* organContourSizes,
+                                          int organPointCount, const MyPoint* organPoints, int lesionPointCount,
+                                          const MyPoint* lesionPoints, PlaqueResult* result);
 /* ---- carotid entries end ---- */
 
 /* ---- gallwall entries begin ---- */

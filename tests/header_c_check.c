@@ -27,6 +27,12 @@ _Static_assert(offsetof(BreastResult, orientation) == 4 && offsetof(BreastResult
 /* ---- liver records end ---- */
 
 /* ---- carotid records begin ---- */
+_Static_assert(sizeof(PlaqueResult) == 28, "PlaqueResult is 28 bytes");
+_Static_assert(offsetof(PlaqueResult, position) == 0 && offsetof(PlaqueResult, echo) == 4 &&
+                   offsetof(PlaqueResult, reserved) == 8 && offsetof(PlaqueResult, firstX) == 12 &&
+                   offsetof(PlaqueResult, firstY) == 16 && offsetof(PlaqueResult, secondX) == 20 &&
+                   offsetof(PlaqueResult, secondY) == 24,
+               "PlaqueResult fields");
 /* ---- carotid records end ---- */
 
 /* ---- gallwall records begin ---- */

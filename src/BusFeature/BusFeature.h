@@ -78,6 +78,16 @@ public:
     // ---- liver end ----
 
     // ---- carotid begin ----
+    // Vessel mask at whole-image size and plaque mask at region size, with the
+    // outlines re-extracted from them; stops early when a mask has no outline.
+    void InitiPlaquePara(std::vector<cv::Point> organContour, std::vector<cv::Point> lesionContour);
+    // 1 low echo, 2 uniformly bright, 3 mixed.
+    int GetCarotidPlaqueEcho();
+    // 1 plaque nearer the vessel's upper side, 2 nearer its lower side, 3 a
+    // nearly square vessel section with the plaque off to the side.
+    int GetCarotidPlaquePosition();
+    // Ends of the longer of the vessel's two axes, region coordinates.
+    void GetCarotidShortAxisInnerDiameter(int& x1, int& y1, int& x2, int& y2);
     // ---- carotid end ----
 
     // ---- gallwall begin ----

@@ -69,6 +69,13 @@ SONOLEX_EXPORT void FitPolynomialCurve(const std::vector<cv::Point>& points, int
 // ---- liver end ----
 
 // ---- carotid begin ----
+// Picks, from vessel outlines packed one after another (contourSizes[i]
+// points each), the first whose filled area overlaps more than a quarter of
+// the filled plaque, and appends its points to `chosen`. All points in
+// whole-image coordinates of a width x height image. False when none does.
+SONOLEX_EXPORT bool ChooseOneOrgan(std::vector<cv::Point> lesionContour, std::vector<cv::Point> organPoints,
+                                   std::vector<int> contourSizes, int width, int height,
+                                   std::vector<cv::Point>& chosen);
 // ---- carotid end ----
 
 // ---- gallwall begin ----
