@@ -91,6 +91,50 @@ typedef struct BreastResult {
 /* ---- breast records end ---- */
 
 /* ---- thyroid records begin ---- */
+/* Verdicts on a thyroid nodule, written by ThyroidDescriptionModelAfterProcess.
+ * 16 bytes. The call presets shape 0, echo 3, margin 0, calcification 0, and
+ * a verdict the call does not reach keeps its preset. Unlike the other
+ * records, 0 is a verdict of its own in every field, so a preset value does
+ * not by itself say that a verdict was skipped. Fields are written in the
+ * order calcification, echo, shape, margin; calcification is then cleared
+ * when echo is 1. */
+typedef struct ThyroidResult {
+    /* byte 0, preset 0: 1 not wider than tall (the fitted ellipse's
+     * horizontal side is less than about 1.1 times its vertical side, or the
+     * bounding box is less than 1.08 times as wide as tall); 0 wider than
+     * tall. */
+    int32_t shape;
+    /* byte 4, preset 3: echo of the nodule against the thyroid tissue
+     * around it (ratio r of the means).
+     * 0 anechoic: r below 0.41 and the nodule's mean grey at most 35;
+     * 1 hyperechoic: r above 1.4;
+     * 2 isoechoic: r above 0.96 up to 1.4;
+     * 3 hypoechoic: r above 0.45 up to 0.96, or very dark but brighter than
+     *   35, or a large or shadowing calcification, or a dark nodule with
+     *   bright content;
+     * 4 markedly hypoechoic: about as dark as the strap muscle, few bright
+     *   spots. */
+    int32_t echo;
+    /* byte 8, preset 0. From the border when the outline has no deep
+     * concavity:
+     * 0 a strong grey step across the border (18 or more, either way), or
+     *   a weaker step with edges over more than 0.13 of the outline;
+     * 1 a moderately brighter surround (10 to 18 grey levels), or a weak
+     *   step with edges over at most 0.13 of the outline.
+     * From the outline's concavities when it has one:
+     * 2 irregular: more than three deep concavities, or one deeper than
+     *   0.45 of the half minor axis;
+     * 3 lobulated: one to three concavities of moderate depth.
+     * 4 extrathyroidal extension: the nodule runs along the gland's
+     *   outline. */
+    int32_t margin;
+    /* byte 12, preset 0: 0 no calcification found (always 0 when echo is 1,
+     * and when the host's model found nothing); 1 macrocalcification or few
+     * deposits (a model area above 0.3 of the nodule, an acoustic shadow
+     * below the deposits, or large bright spots); 2 microcalcifications (ten
+     * or more small model deposits, or many small enclosed bright spots). */
+    int32_t calcification;
+} ThyroidResult;
 /* ---- thyroid records end ---- */
 
 /* ---- liver records begin ---- */
@@ -167,6 +211,45 @@ typedef struct GallWallResult {
 /* ---- breast entries end ---- */
 
 /* ---- thyroid entries begin ---- */
+/* Describes a thyroid nodule: shape, echo, margin and calcification.
+ *
+ *   image              whole image, read only (see the conventions above).
+ *   channels           1, 3 or 4. With 3 or 4 the brightest of the first
+ *                      three planes (greatest sum, first on a tie) is used
+ *                      as it stands; no colour conversion, a fourth plane
+ *                      is never used.
+ *   width, height      columns and rows of the whole image.
+ *   organPointCount    points of the thyroid outline; 0 returns at once.
+ *   organPoints        thyroid outline, whole-image coordinates. Points
+ *                      outside the image are clipped to its first or last
+ *                      column or row, and the clipped coordinates are
+ *                      WRITTEN BACK into this array.
+ *   lesionPointCount   points of the nodule outline; 0 returns at once.
+ *   lesionPoints       nodule outline, whole-image coordinates, read only.
+ *   modelContourCount  regions the host's calcification model found; 0 or
+ *                      less means none.
+ *   modelContourSizes  modelContourCount point counts, read only.
+ *   modelPoints        the model's outlines one after the other, whole-image
+ *                      coordinates, read only.
+ *   roi                region of interest in whole-image coordinates, used
+ *                      as given (no clipping, no margin); it must lie inside
+ *                      the image and hold the nodule.
+ *   result             written by the call.
+ *
+ * A null image or result, a channel count other than 1, 3 or 4, or a zero
+ * point count for either outline returns at once with the record untouched.
+ * Otherwise the record is preset (shape 0, echo 3, margin 0, calcification
+ * 0) and each verdict is stored as it is reached. A failure on the way (a
+ * region leaving the image, a negative count, a null array with a positive
+ * count, an outline too short for an ellipse) ends the call quietly: fields
+ * not reached keep their preset, and organ points already clipped stay
+ * written back. */
+SONOLEX_API void ThyroidDescriptionModelAfterProcess(const unsigned char* image, int channels, int width, int height,
+                                                     int organPointCount, MyPoint* organPoints,
+                                                     int lesionPointCount, const MyPoint* lesionPoints,
+                                                     int modelContourCount, const int* modelContourSizes,
+                                                     const MyPoint* modelPoints, RoiCoor roi,
+                                                     ThyroidResult* result);
 /* ---- thyroid entries end ---- */
 
 /* ---- liver entries begin ---- */

@@ -21,6 +21,10 @@ _Static_assert(offsetof(BreastResult, orientation) == 4 && offsetof(BreastResult
 /* ---- breast records end ---- */
 
 /* ---- thyroid records begin ---- */
+_Static_assert(sizeof(ThyroidResult) == 16, "ThyroidResult is 16 bytes");
+_Static_assert(offsetof(ThyroidResult, shape) == 0 && offsetof(ThyroidResult, echo) == 4 &&
+                   offsetof(ThyroidResult, margin) == 8 && offsetof(ThyroidResult, calcification) == 12,
+               "ThyroidResult fields");
 /* ---- thyroid records end ---- */
 
 /* ---- liver records begin ---- */

@@ -72,6 +72,32 @@ public:
     // ---- breast end ----
 
     // ---- thyroid begin ----
+    // Masks, contours, ellipse, hull and the two grey levels of the thyroid
+    // ring around the nodule. Stops quietly when an outline fills to nothing.
+    void InitiThroidPara(std::vector<cv::Point>& organContour, std::vector<cv::Point>& lesionRegionContour,
+                         std::vector<cv::Point>& lesionWholeContour);
+    // Calcification from the detection model's mask (0 none, 1 few or
+    // large deposits, 2 many small deposits).
+    int ThyCalcificationUseModelResult(cv::Mat modelMask, RoiCoor roi);
+    int ThyCalcificationModel(cv::Mat modelMask, RoiCoor roi);
+    // 1 when a large dark area below the model's deposits merges with them.
+    int FindSoundShadowWithModel(cv::Mat modelMask, RoiCoor roi, int& modelBlobCount);
+    // Very bright spots fully enclosed by the nodule.
+    int ThyCalcuCalcification();
+    // Echo against the thyroid ring and the neck muscle (0 to 4).
+    int ThyCalcuEchoMy2();
+    // True when at least 0.9 of the lesion's pixels lie in both masks.
+    bool JudgeLesion(cv::Mat a, cv::Mat b);
+    // Mean grey of the darker strap muscle above the gland, 0 when not found.
+    float ThyEchoEdgeFindMuscle();
+    // 1 when the nodule is not clearly wider than tall, 0 when it is.
+    int ThyCalcuShape();
+    // 4 extension beyond the gland, else by concavities and border contrast.
+    int ThyCalcuMargin();
+    // {outer band mean - inner band mean, share of the outline on edges}.
+    std::vector<float> ThyGetDefinition(const cv::Mat& mask, const cv::Mat& image, int kernelSize);
+    // Whether the nodule runs along the gland's outline (extrathyroidal extension).
+    bool GetThyroidalExtensionMy();
     // ---- thyroid end ----
 
     // ---- liver begin ----
