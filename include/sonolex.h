@@ -118,12 +118,18 @@ typedef struct LiverResult {
      * A lesion with no liver around it compares against a liver grey of 0:
      * a lesion grey above 0 then counts as infinitely brighter. */
     int32_t echo;
-    /* byte 8: 1 clear border (a marked grey step across the outline, or
-     * many edges along it), 2 unclear border (small grey step and few
-     * edges along the outline). */
+    /* byte 8: 1 clear border: the mean grey of a 7-pixel band outside the
+     * outline differs from that of a 7-pixel band inside it by 10 or more,
+     * or more than 19% of a narrow band along the outline is edge;
+     * 2 unclear border: a smaller grey step and few edges. */
     int32_t boundary;
-    /* byte 12: 1 homogeneous inner echo, 2 heterogeneous (many pixels far
-     * brighter than the lesion's mean, away from its outline). */
+    /* byte 12: 1 homogeneous inner echo, 2 heterogeneous: the share of
+     * lesion pixels at or above the lesion's mean grey + 1.8 deviations
+     * (truncated), not counting those within about 3 pixels of the
+     * outline, reaches
+     * 2.5% (region wider and taller than 150 pixels), 3% (one of the two
+     * above 150) or 3.5% (neither). A lesion of one uniform grey has a
+     * deviation of 0, so all its inner pixels count and it comes out 2. */
     int32_t echoTexture;
 } LiverResult;
 /* ---- liver records end ---- */

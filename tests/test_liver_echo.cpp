@@ -1,5 +1,7 @@
 // Echo of a liver lesion: the grey ratio of lesion to liver ring and the
 // histogram features that decide between neighbouring verdicts.
+#include <cmath>
+
 #include <gtest/gtest.h>
 
 #include "BusFeature/BusFeature.h"
@@ -141,4 +143,28 @@ TEST(LiverEchoFeature, BrightShareReadsTheWholeLesion)
     const std::vector<float> e = f.CalcuEcho(image, none);
     EXPECT_EQ(e[0], 0.0f); // empty mask: empty histogram
     EXPECT_EQ(e[1], 0.5f); // 50 / 100 from the object's own lesion
+}
+
+// With no lesion pixel the bright share is 0 / 0, not a number, and the
+// comparison with 0.1 fails.
+TEST(LiverEcho, EmptyLesionLabelGivesNotANumberBrightShare)
+{
+    const cv::Mat image = Scene(100, 100, 220);
+    BUSFeature f(image, 100, 100);
+    f.m_label = cv::Mat::zeros(100, 100, CV_8UC1);
+    f.m_lesionBoundRect = cv::Rect(0, 0, 100, 100);
+    const std::vector<float> e = f.GetEchoCysticFeature();
+    EXPECT_EQ(e[0], 0.0f);
+    EXPECT_TRUE(std::isnan(e[1]));
+
+    // Ratio 150 / 100 = 1.5f, area share 10 / (99 * 99) = 0.001 would give 4;
+    // with area 100 the share is 0.0102 > 0.005 and the bright test decides:
+    // NaN > 0.1 is false -> 3.
+    f.m_lesionAvgGray = 150.0f;
+    f.m_liverAvgGray = 100.0f;
+    f.m_lesionArea = 100.0f;
+    Description d(image, image, cv::Rect(0, 0, 100, 100));
+    EXPECT_EQ(d.LiverEcho(f, BoxPoints(0, 0, 99, 99)), 3);
+    f.m_lesionArea = 10.0f;
+    EXPECT_EQ(d.LiverEcho(f, BoxPoints(0, 0, 99, 99)), 4);
 }
