@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "Tool/Tool.h"
 #include "liver_scene.h"
 #include "sonolex.h"
 
@@ -184,4 +185,20 @@ TEST(LiverEntry, RegionEndingOnImageEdgeIsAccepted)
     const LiverResult r = Describe(image, call);
     EXPECT_EQ(r.echo, 3);
     EXPECT_EQ(r.shape, 1);
+}
+
+// An outline that touches itself: its convex hull indices are not in order
+// along the outline, and the concavity measure of the shape verdict raises.
+// The echo, stored first, stays; the three later fields stay 0.
+TEST(LiverEntry, FailureAfterEchoKeepsEchoAlone)
+{
+    const std::vector<MyPoint> outline{{67, 67}, {46, 33}, {69, 65}, {32, 51}, {33, 38}, {34, 39}};
+    cv::Mat image = Scene(100, 100, 100);
+    std::vector<cv::Point> points;
+    for (const MyPoint& p : outline)
+        points.emplace_back(p.x, p.y);
+    DrawContour(image, points, cv::Scalar(200), cv::FILLED, cv::LINE_8);
+    const LiverResult r = Describe(image, WholeLiver(image, outline));
+    // Lesion exactly the filled outline at 200, ring at 100: 2.0f, and 200 >= 80 -> 4.
+    ExpectRecord(r, 0, 4, 0, 0);
 }
