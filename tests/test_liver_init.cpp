@@ -69,9 +69,11 @@ TEST_F(LiverInit, GreyStatisticsAndCounts)
     EXPECT_EQ(f.GetLiverAvgGray(), 100.0f);
     // 100 lesion pixels; 70 * 60 - 100 = 4100 others.
     EXPECT_EQ(f.GetPixNum(), (std::vector<int>{100, 4100}));
-    // The region holds greys 100, 130 and 200; Otsu splits 130 from 200 or 100
-    // from 130 at a level between them; plus half the lesion deviation, 0.
-    EXPECT_GE(f.m_otsuThresh, 100.0f);
+    // The region (70 x 60 = 4200 pixels) holds 2000 pixels of 100, 100 of 130,
+    // 2100 of 200. Splitting {100} | {130, 200}: 0.476 * 0.524 * (196.8 - 100)^2
+    // = 2338; splitting {100, 130} | {200}: 0.5 * 0.5 * (200 - 101.4)^2 = 2429,
+    // the larger: a level from 130 up to 199. Half the lesion deviation 0 adds nothing.
+    EXPECT_GE(f.m_otsuThresh, 130.0f);
     EXPECT_LT(f.m_otsuThresh, 200.0f);
     // Lengths that the liver path never sets stay 0.
     EXPECT_EQ(f.GetMajorAxisLength(), 0.0f);
