@@ -164,10 +164,12 @@ typedef struct LiverResult {
  *   result           the record; written as described below.
  *
  * Both outlines are filled and replaced by the outer contour of the filled
- * shape, so point order does not matter; of a shape in several pieces only
- * the first found from the top is kept. A filled lesion that touches itself
- * (a neck one pixel wide) can make the shape measure fail: the record then
- * holds the echo alone.
+ * shape, so point order does not matter. A shape cut into several pieces
+ * (by the edge of `roi` or of the image) keeps all of them for the grey
+ * measures, but only the piece whose top edge lies lowest gives the
+ * outline, area, ellipse and echo rectangle. A filled lesion that touches
+ * itself (a neck one pixel wide) can make the shape measure fail: the
+ * record then holds the echo alone.
  *
  * A null image, a channel count other than 1, 3 or 4, or a null result
  * returns at once and leaves the record untouched. Otherwise all 16 bytes

@@ -124,6 +124,21 @@ TEST_F(LiverInit, OutlineIsReplacedByTheFilledShapesBorder)
     EXPECT_EQ(cv::boundingRect(bowTie), cv::Rect(20, 15, 21, 21));
 }
 
+// A U whose bottom lies below the region fills to two arms inside it. Only
+// one comes back: the outer contours arrive last-found first, so the arm
+// whose top row is lower (row 30 against row 5) is kept.
+TEST_F(LiverInit, OutlineCutIntoTwoPiecesKeepsTheLowerOne)
+{
+    BUSFeature f(region, 100, 80);
+    std::vector<cv::Point> liver = BoxPoints(0, 0, 44, 79);
+    std::vector<cv::Point> u{{5, 5}, {14, 5}, {14, 80}, {40, 80}, {40, 30}, {49, 30}, {49, 90}, {5, 90}};
+    f.InitiLiverPara(liver, u, roi);
+    EXPECT_EQ(cv::boundingRect(u), cv::Rect(40, 30, 10, 30)); // rows 30..59 of the 60
+    EXPECT_EQ(f.m_lesionBoundRect, cv::Rect(40, 30, 10, 30));
+    // Both arms stay in the mask: 10 * 55 + 10 * 30 = 850 pixels.
+    EXPECT_EQ(f.GetPixNum()[0], 850);
+}
+
 TEST_F(LiverInit, TooFewOutlinePointsRaise)
 {
     BUSFeature f(region, 100, 80);
