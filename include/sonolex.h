@@ -138,6 +138,44 @@ typedef struct ThyroidResult {
 /* ---- thyroid records end ---- */
 
 /* ---- liver records begin ---- */
+/* Verdicts on a liver lesion, written by LiverDescription. 16 bytes, four
+ * little-endian signed 32-bit integers. 0 in any field means the call did
+ * not reach that verdict. Fields are written in the order echo, shape,
+ * boundary, echoTexture, so a call that failed part way leaves all zeros,
+ * or echo alone, or echo and shape, or all but echoTexture. */
+typedef struct LiverResult {
+    /* byte 0: 1 regular outline (no concavity of the outline deeper than
+     * 5 pixels from its convex hull), 2 irregular outline (at least one
+     * concavity deeper than 5 pixels). Depths are in pixels, whatever the
+     * lesion's size. */
+    int32_t shape;
+    /* byte 4: echo against the liver tissue in a ring around the lesion,
+     * by the ratio of their mean greys:
+     *   1 hypoechoic: clearly darker than the liver (ratio below 0.6, or
+     *     0.6 to 0.7 with little bright content);
+     *   2 isoechoic or slightly darker (ratio above 0.7 up to 1.1, or 0.6
+     *     to 0.7 with much bright content);
+     *   3 hyperechoic: brighter than the liver (ratio above 1.1);
+     *   4 markedly hyperechoic: at least twice the liver's grey with a mean
+     *     grey of 80 or more, or 1.5 to 2 times and small against the liver
+     *     or with more than a tenth of its pixels at grey 200 or above.
+     * A lesion with no liver around it compares against a liver grey of 0:
+     * a lesion grey above 0 then counts as infinitely brighter. */
+    int32_t echo;
+    /* byte 8: 1 clear border: the mean grey of a 7-pixel band outside the
+     * outline differs from that of a 7-pixel band inside it by 10 or more,
+     * or more than 19% of a narrow band along the outline is edge;
+     * 2 unclear border: a smaller grey step and few edges. */
+    int32_t boundary;
+    /* byte 12: 1 homogeneous inner echo, 2 heterogeneous: the share of
+     * lesion pixels at or above the lesion's mean grey + 1.8 deviations
+     * (truncated), not counting those within about 3 pixels of the
+     * outline, reaches
+     * 2.5% (region wider and taller than 150 pixels), 3% (one of the two
+     * above 150) or 3.5% (neither). A lesion of one uniform grey has a
+     * deviation of 0, so all its inner pixels count and it comes out 2. */
+    int32_t echoTexture;
+} LiverResult;
 /* ---- liver records end ---- */
 
 /* ---- carotid records begin ---- */
@@ -253,6 +291,40 @@ SONOLEX_API void ThyroidDescriptionModelAfterProcess(const unsigned char* image,
 /* ---- thyroid entries end ---- */
 
 /* ---- liver entries begin ---- */
+/* LiverDescription: describes a liver lesion against the liver around it.
+ *
+ *   image            whole image, width * height * channels bytes; read only.
+ *   channels         1 (grey), 3 (blue, green, red) or 4 (fourth ignored).
+ *   width, height    columns and rows of the whole image.
+ *   roi              region of interest in whole-image coordinates, used as
+ *                    given: it must lie inside the image (no clipping, no
+ *                    margin) and hold the lesion.
+ *   organPointCount, organPoints
+ *                    liver outline in whole-image coordinates; read only.
+ *                    It may be empty (count 0): the liver grey is then 0.
+ *   lesionPointCount, lesionPoints
+ *                    lesion outline in whole-image coordinates; read only.
+ *                    Parts outside `roi` are cut away.
+ *   result           the record; written as described below.
+ *
+ * Both outlines are filled and replaced by the outer contour of the filled
+ * shape, so point order does not matter. A shape cut into several pieces
+ * (by the edge of `roi` or of the image) keeps all of them for the grey
+ * measures, but only the piece whose top edge lies lowest gives the
+ * outline, area, ellipse and echo rectangle. A filled lesion that touches
+ * itself (a neck one pixel wide) can make the shape measure fail: the
+ * record then holds the echo alone.
+ *
+ * A null image, a channel count other than 1, 3 or 4, or a null result
+ * returns at once and leaves the record untouched. Otherwise all 16 bytes
+ * are cleared first and each verdict is stored as soon as it is known.
+ * A failure leaves the verdicts not yet reached at 0: all four for a region
+ * not inside the image, a negative point count, a null point array with a
+ * positive count, or a lesion whose filled outline has fewer than five
+ * points. */
+SONOLEX_API void LiverDescription(const unsigned char* image, int channels, int width, int height, RoiCoor roi,
+                                  int organPointCount, const MyPoint* organPoints, int lesionPointCount,
+                                  const MyPoint* lesionPoints, LiverResult* result);
 /* ---- liver entries end ---- */
 
 /* ---- carotid entries begin ---- */

@@ -28,6 +28,10 @@ _Static_assert(offsetof(ThyroidResult, shape) == 0 && offsetof(ThyroidResult, ec
 /* ---- thyroid records end ---- */
 
 /* ---- liver records begin ---- */
+_Static_assert(sizeof(LiverResult) == 16, "LiverResult is 16 bytes");
+_Static_assert(offsetof(LiverResult, shape) == 0 && offsetof(LiverResult, echo) == 4 &&
+                   offsetof(LiverResult, boundary) == 8 && offsetof(LiverResult, echoTexture) == 12,
+               "LiverResult fields");
 /* ---- liver records end ---- */
 
 /* ---- carotid records begin ---- */

@@ -101,6 +101,29 @@ public:
     // ---- thyroid end ----
 
     // ---- liver begin ----
+    // Liver initialiser: fills the liver outline (whole-image coordinates)
+    // and the lesion outline (region coordinates) into masks, replaces both
+    // outlines by the outer contour of their filled masks, fits the ellipse,
+    // takes the lesion's grey mean and deviation, and the mean grey of the
+    // liver tissue in a ring around the lesion (0 when no liver is there).
+    void InitiLiverPara(std::vector<cv::Point>& organContour, std::vector<cv::Point>& lesionContour, cv::Rect roi);
+    // The same without a region: the ring around the lesion is not restricted
+    // to the liver and the lesion's bounding rectangle is not taken.
+    void InitiLiverPara(std::vector<cv::Point>& organContour, std::vector<cv::Point>& lesionContour);
+    // {sum of grey squared times count over the histogram of `image` under
+    // `mask` (white excluded), share of lesion pixels at grey 200 or more}.
+    std::vector<float> CalcuEcho(cv::Mat image, cv::Mat mask);
+    // CalcuEcho on the lesion's bounding rectangle.
+    std::vector<float> GetEchoCysticFeature();
+    // {mean grey of the band outside the lesion - mean grey of the band
+    // inside it, share of a 3-pixel band along the outline that is edge}.
+    std::vector<float> GetDefinition(int kernelSize);
+    // Shannon entropy, in bits, of the grey levels of `image` under `mask`.
+    float GetEntropy(cv::Mat image, cv::Mat mask);
+    // Inner texture of the lesion: {bright share, inner edge share, lesion
+    // to liver pixel ratio, share of very bright pixels away from the
+    // outline, entropy, region width, region height}.
+    std::vector<float> GetEchotexture();
     // ---- liver end ----
 
     // ---- carotid begin ----

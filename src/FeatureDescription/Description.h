@@ -35,6 +35,20 @@ public:
     // ---- breast end ----
 
     // ---- liver begin ----
+    // Echo of a liver lesion against the surrounding liver, from the ratio
+    // of their mean greys: 1 clearly darker (hypoechoic), 2 about as bright
+    // or a little darker, 3 brighter (hyperechoic), 4 brighter and small
+    // against the liver, bright in absolute grey or rich in bright pixels.
+    // `organContour` is the liver outline in whole-image coordinates.
+    int LiverEcho(BUSFeature feature, std::vector<cv::Point> organContour);
+    // 1 smooth outline, 2 outline with deep concavities (irregular).
+    int LiverShape(BUSFeature feature);
+    // 1 clear border (a grey step or edges along the outline), 2 unclear
+    // border (small grey step and few edges).
+    int LiverBoundary(BUSFeature feature);
+    // 1 homogeneous, 2 heterogeneous (many very bright pixels inside the
+    // lesion away from its outline).
+    int LiverEchotexture(BUSFeature feature);
     // ---- liver end ----
 
     // ---- gallwall begin ----

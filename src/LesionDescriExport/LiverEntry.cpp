@@ -1,0 +1,66 @@
+// LiverDescription: echo, shape, boundary and echo texture of a liver
+// lesion. The liver outline stays in whole-image coordinates (its mask is
+// drawn at whole-image size); the lesion outline moves into the region.
+#include <cstring>
+#include <stdexcept>
+
+#include "BusFeature/BusFeature.h"
+#include "FeatureDescription/Description.h"
+#include "LesionDescriExport/EntryFrame.h"
+
+namespace {
+
+// OpenCV's own check of a region adds in 32 bits and can wrap past the
+// image; a region not inside it is refused before the view is cut.
+cv::Rect RegionInside(const RoiCoor& roi, const cv::Mat& grey)
+{
+    const long long right = static_cast<long long>(roi.x) + roi.width;
+    const long long bottom = static_cast<long long>(roi.y) + roi.height;
+    if (roi.x < 0 || roi.y < 0 || roi.width < 0 || roi.height < 0 || right > grey.cols || bottom > grey.rows)
+        throw std::out_of_range("region of interest outside the image");
+    return cv::Rect(roi.x, roi.y, roi.width, roi.height);
+}
+
+} // namespace
+
+extern "C" SONOLEX_API void LiverDescription(const unsigned char* image, int channels, int width, int height,
+                                             RoiCoor roi, int organPointCount, const MyPoint* organPoints,
+                                             int lesionPointCount, const MyPoint* lesionPoints, LiverResult* result)
+{
+    if (!IsValidImage(image, channels) || result == nullptr)
+        return;
+    std::memset(result, 0, sizeof(LiverResult));
+    try {
+        const cv::Mat wrapped = WrapImage(image, channels, width, height);
+        const cv::Mat grey = MakeGrey(wrapped);
+        const cv::Rect region = RegionInside(roi, grey);
+        const cv::Mat regionImage(grey, region);
+
+        std::vector<cv::Point> organContour = CopyContour(organPoints, organPointCount);
+        std::vector<cv::Point> lesionContour = ShiftContour(CopyContour(lesionPoints, lesionPointCount), roi.x, roi.y);
+
+        BUSFeature feature(regionImage, width, height);
+        feature.InitiLiverPara(organContour, lesionContour, region);
+
+        // From here on the outlines are those re-extracted from the masks.
+        organContour.clear();
+        lesionContour.clear();
+        organContour = feature.GetOrganCont(ORGAN_LIVER);
+        lesionContour = feature.GetLesionCont();
+
+        const cv::Point centroid = feature.CalcCentroid(false);
+        const cv::RotatedRect ellipse = feature.GetEllipse();
+        feature.GetLesionMask();
+
+        Description description(grey, regionImage, region);
+        description.SetEllipse(ellipse);
+        description.SetCentroid(centroid);
+
+        // Each verdict takes its own copy of the feature object.
+        result->echo = description.LiverEcho(feature, organContour);
+        result->shape = description.LiverShape(feature);
+        result->boundary = description.LiverBoundary(feature);
+        result->echoTexture = description.LiverEchotexture(feature);
+    } catch (...) {
+    }
+}
