@@ -51,7 +51,7 @@ extern "C" SONOLEX_API void CarotidPlaqueDescription(const unsigned char* image,
         region.width = WrapAdd(region.width, 20);
         region.height = WrapAdd(region.height, 20);
         JudgeRoi(region, width, height);
-        const cv::Mat regionImage(grey, region);
+        const cv::Mat regionImage = RegionView(grey, region);
 
         const std::vector<cv::Point> lesionCopy =
             ShiftContour(CopyContour(lesionPoints, lesionPointCount), region.x, region.y);

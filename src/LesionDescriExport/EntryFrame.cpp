@@ -1,5 +1,6 @@
 #include "LesionDescriExport/EntryFrame.h"
 
+#include <cstdint>
 #include <stdexcept>
 
 #include <opencv2/imgproc.hpp>
@@ -34,6 +35,16 @@ std::vector<cv::Point> CopyContour(const MyPoint* points, int count)
     for (int i = 0; i < count; ++i)
         contour[static_cast<size_t>(i)] = cv::Point(points[i].x, points[i].y);
     return contour;
+}
+
+cv::Mat RegionView(const cv::Mat& grey, const cv::Rect& region)
+{
+    const int64_t right = int64_t(region.x) + region.width;
+    const int64_t bottom = int64_t(region.y) + region.height;
+    if (region.x < 0 || region.y < 0 || region.width < 0 || region.height < 0 || right > grey.cols ||
+        bottom > grey.rows)
+        throw std::out_of_range("region outside the image");
+    return cv::Mat(grey, region);
 }
 
 std::vector<cv::Point> ShiftContour(const std::vector<cv::Point>& contour, int dx, int dy)

@@ -18,5 +18,9 @@ cv::Mat MakeGrey(const cv::Mat& wrapped);
 // The caller's points as a vector built at its final size. A negative count
 // raises std::length_error; a null array with a positive count is refused.
 std::vector<cv::Point> CopyContour(const MyPoint* points, int count);
+// The region as a view of the grey image. A region not wholly inside is
+// refused, as cv::Mat refuses it, but checked in 64 bits so that coordinates
+// near the int limits cannot wrap past the test.
+cv::Mat RegionView(const cv::Mat& grey, const cv::Rect& region);
 // Every point less (dx, dy), into a new vector.
 std::vector<cv::Point> ShiftContour(const std::vector<cv::Point>& contour, int dx, int dy);

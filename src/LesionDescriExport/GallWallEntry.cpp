@@ -1,6 +1,5 @@
 // GallWallDescription: grades the gall bladder wall, the band between the
 // organ's outer outline and the outline of its lumen.
-#include <cstdint>
 #include <stdexcept>
 
 #include <opencv2/imgproc.hpp>
@@ -35,14 +34,11 @@ cv::Rect GallWallRegion(const std::vector<cv::Point>& outer, int width, int heig
 
 namespace {
 
-// The region view must be a non-empty part of the grey image; checked here in
-// 64 bits, since wrapped sums could otherwise pass the matrix's own test.
-void CheckInside(const cv::Rect& r, const cv::Mat& grey)
+// The region must hold at least one pixel; OpenCV would accept an empty view.
+void CheckNotEmpty(const cv::Rect& r)
 {
-    const int64_t right = int64_t(r.x) + r.width;
-    const int64_t bottom = int64_t(r.y) + r.height;
-    if (r.x < 0 || r.y < 0 || r.width <= 0 || r.height <= 0 || right > grey.cols || bottom > grey.rows)
-        throw std::out_of_range("gall wall region outside the image");
+    if (r.width <= 0 || r.height <= 0)
+        throw std::out_of_range("gall wall region is empty");
 }
 
 } // namespace
@@ -61,8 +57,8 @@ extern "C" SONOLEX_API void GallWallDescription(const unsigned char* image, int 
 
         const std::vector<cv::Point> outer = CopyContour(outerPoints, outerPointCount);
         const cv::Rect roi = GallWallRegion(outer, width, height);
-        CheckInside(roi, grey);
-        const cv::Mat regionImage(grey, roi);
+        CheckNotEmpty(roi);
+        const cv::Mat regionImage = RegionView(grey, roi);
 
         std::vector<cv::Point> outerRegion = ShiftContour(outer, roi.x, roi.y);
         std::vector<cv::Point> innerRegion = ShiftContour(CopyContour(innerPoints, innerPointCount), roi.x, roi.y);

@@ -2,26 +2,10 @@
 // lesion. The liver outline stays in whole-image coordinates (its mask is
 // drawn at whole-image size); the lesion outline moves into the region.
 #include <cstring>
-#include <stdexcept>
 
 #include "BusFeature/BusFeature.h"
 #include "FeatureDescription/Description.h"
 #include "LesionDescriExport/EntryFrame.h"
-
-namespace {
-
-// OpenCV's own check of a region adds in 32 bits and can wrap past the
-// image; a region not inside it is refused before the view is cut.
-cv::Rect RegionInside(const RoiCoor& roi, const cv::Mat& grey)
-{
-    const long long right = static_cast<long long>(roi.x) + roi.width;
-    const long long bottom = static_cast<long long>(roi.y) + roi.height;
-    if (roi.x < 0 || roi.y < 0 || roi.width < 0 || roi.height < 0 || right > grey.cols || bottom > grey.rows)
-        throw std::out_of_range("region of interest outside the image");
-    return cv::Rect(roi.x, roi.y, roi.width, roi.height);
-}
-
-} // namespace
 
 extern "C" SONOLEX_API void LiverDescription(const unsigned char* image, int channels, int width, int height,
                                              RoiCoor roi, int organPointCount, const MyPoint* organPoints,
@@ -33,8 +17,8 @@ extern "C" SONOLEX_API void LiverDescription(const unsigned char* image, int cha
     try {
         const cv::Mat wrapped = WrapImage(image, channels, width, height);
         const cv::Mat grey = MakeGrey(wrapped);
-        const cv::Rect region = RegionInside(roi, grey);
-        const cv::Mat regionImage(grey, region);
+        const cv::Rect region(roi.x, roi.y, roi.width, roi.height);
+        const cv::Mat regionImage = RegionView(grey, region);
 
         std::vector<cv::Point> organContour = CopyContour(organPoints, organPointCount);
         std::vector<cv::Point> lesionContour = ShiftContour(CopyContour(lesionPoints, lesionPointCount), roi.x, roi.y);

@@ -88,7 +88,7 @@ extern "C" SONOLEX_API void ThyroidDescriptionModelAfterProcess(const unsigned c
         const cv::Mat modelMask = ModelMask(roi, modelContourCount, modelContourSizes, modelPoints);
         const cv::Mat grey = BrightestPlane(WrapImage(image, channels, width, height));
         const cv::Rect region(roi.x, roi.y, roi.width, roi.height);
-        const cv::Mat regionImage(grey, region);
+        const cv::Mat regionImage = RegionView(grey, region);
 
         std::vector<cv::Point> organ = ClippedOrgan(organPoints, organPointCount, width, height);
         std::vector<cv::Point> lesionWhole = CopyContour(lesionPoints, lesionPointCount);
