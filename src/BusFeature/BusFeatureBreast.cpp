@@ -1,9 +1,55 @@
 // Breast initialiser and the orientation verdict.
+#include <algorithm>
 #include <cmath>
+#include <stdexcept>
 
 #include <opencv2/imgproc.hpp>
 
 #include "BusFeature/BusFeature.h"
+
+namespace {
+
+// Dilation of an 8-bit image by a structuring element, one element row at a
+// time: each row of the element is a horizontal run, so the result is the
+// maximum, over the element's rows, of the image dilated by that run and
+// shifted by the row's offset. Rows outside the image add nothing, as
+// cv::dilate's constant border does. Same pixels as cv::dilate, in a
+// fraction of its time for a large ellipse.
+cv::Mat DilateByRows(const cv::Mat& image, const cv::Mat& element)
+{
+    const int anchorX = element.cols / 2;
+    const int anchorY = element.rows / 2;
+    cv::Mat out = cv::Mat::zeros(image.size(), CV_8UC1);
+    for (int i = 0; i < element.rows; ++i) {
+        const uchar* row = element.ptr<uchar>(i);
+        int first = 0;
+        while (first < element.cols && row[first] == 0)
+            ++first;
+        if (first == element.cols)
+            continue;
+        int last = element.cols - 1;
+        while (row[last] == 0)
+            --last;
+        for (int j = first; j <= last; ++j)
+            if (row[j] == 0)
+                throw std::logic_error("element row is not one run");
+        const cv::Mat run(1, last - first + 1, CV_8UC1, cv::Scalar(1));
+        cv::Mat spread;
+        cv::dilate(image, spread, run, cv::Point(anchorX - first, 0), 1, cv::BORDER_CONSTANT,
+                   cv::morphologyDefaultBorderValue());
+        // Output row y takes image row y + i - anchorY.
+        const int shift = i - anchorY;
+        const int from = std::max(0, -shift);
+        const int to = std::min(image.rows, image.rows - shift);
+        if (from >= to)
+            continue;
+        cv::Mat target = out.rowRange(from, to);
+        cv::max(target, spread.rowRange(from + shift, to + shift), target);
+    }
+    return out;
+}
+
+} // namespace
 
 void BUSFeature::IntiBreastPara(const std::vector<cv::Point>& contour)
 {
@@ -45,14 +91,17 @@ void BUSFeature::IntiBreastPara(const std::vector<cv::Point>& contour)
 
     m_lesionPixNum = cv::countNonZero(m_label);
 
-    // Ring of tissue about seven pixels wide around the lesion.
+    // Ring of tissue about seven pixels wide around the lesion. The filled
+    // lesion lies within the outline's bounding box, so the dilated mask, and
+    // the ring, lie within that box widened by the element's half size.
     const cv::Mat element = cv::getStructuringElement(cv::MORPH_ELLIPSE, cv::Size(15, 15), cv::Point(-1, -1));
-    cv::Mat dilated;
-    cv::dilate(m_lesionMask, dilated, element, cv::Point(-1, -1), 1, cv::BORDER_CONSTANT,
-               cv::morphologyDefaultBorderValue());
+    const cv::Rect bounds = cv::boundingRect(m_lesionCont);
+    const cv::Rect box = cv::Rect(bounds.x - 7, bounds.y - 7, bounds.width + 14, bounds.height + 14) &
+                         cv::Rect(0, 0, m_width, m_height);
+    const cv::Mat boxMask = m_lesionMask(box).clone();
     cv::Mat ring;
-    cv::subtract(dilated, m_lesionMask, ring);
-    m_ringAvgGray = static_cast<float>(cv::mean(m_srcImg, ring)[0]);
+    cv::subtract(DilateByRows(boxMask, element), boxMask, ring);
+    m_ringAvgGray = static_cast<float>(cv::mean(m_srcImg(box), ring)[0]);
 }
 
 int BUSFeature::CalcLesionAxis(const cv::Point* longAxis, const cv::Point* shortAxis, float& longLength,
