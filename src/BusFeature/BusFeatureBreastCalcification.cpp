@@ -75,24 +75,34 @@ void MeasureHole(const std::vector<cv::Point>& outline, const cv::Mat& image, in
 
 int BUSFeature::BreastCalcification()
 {
+    // Every lesion pixel, and so every pixel any step below can set, lies in
+    // the outline's bounding box; outside it all masks stay 0, and a hole can
+    // never touch the box's edge. The work is done on the box, which gives the
+    // same numbers as on the whole region.
+    cv::Rect box = cv::boundingRect(m_lesionCont) & cv::Rect(0, 0, m_width, m_height);
+    if (box.empty())
+        box = cv::Rect(0, 0, m_width, m_height);
+    const cv::Mat grey = m_srcImg(box);
+    const cv::Mat label = m_label(box);
+
     double low = 0.0;
-    cv::minMaxIdx(m_srcImg, &low, nullptr, nullptr, nullptr, m_label);
-    // The lesion's Otsu level is taken and has no further use.
-    (void)OtsuAlgThreshold(m_srcImg, m_label);
+    cv::minMaxIdx(grey, &low, nullptr, nullptr, nullptr, label);
+    // The lesion's own Otsu level comes next in the sequence; it is dropped
+    // unused and cannot fail on a one-channel region, so it is not taken.
     const int firstLimit = TruncToInt(static_cast<double>(2.0f * m_lesionStdGray) + low);
 
     // Split the lesion at the first limit: lowMask below, highMask at or above.
-    cv::Mat highMask = cv::Mat::zeros(m_height, m_width, CV_8UC1);
-    cv::Mat lowMask = cv::Mat::zeros(m_height, m_width, CV_8UC1);
-    for (int r = 0; r < m_height; ++r) {
-        const uchar* grey = m_srcImg.ptr<uchar>(r);
-        const uchar* label = m_label.ptr<uchar>(r);
+    cv::Mat highMask = cv::Mat::zeros(box.height, box.width, CV_8UC1);
+    cv::Mat lowMask = cv::Mat::zeros(box.height, box.width, CV_8UC1);
+    for (int r = 0; r < box.height; ++r) {
+        const uchar* g = grey.ptr<uchar>(r);
+        const uchar* l = label.ptr<uchar>(r);
         uchar* high = highMask.ptr<uchar>(r);
         uchar* lowRow = lowMask.ptr<uchar>(r);
-        for (int c = 0; c < m_width; ++c) {
-            if (label[c] != 1)
+        for (int c = 0; c < box.width; ++c) {
+            if (l[c] != 1)
                 continue;
-            if (grey[c] < firstLimit)
+            if (g[c] < firstLimit)
                 lowRow[c] = 1;
             else
                 high[c] = 1;
@@ -100,20 +110,21 @@ int BUSFeature::BreastCalcification()
     }
 
     cv::Scalar mean, deviation;
-    cv::meanStdDev(m_srcImg, mean, deviation, highMask);
+    cv::meanStdDev(grey, mean, deviation, highMask);
     constexpr double kBrightFactor = 2.4000000953674316; // 2.4f
     int secondLimit = TruncToInt(kBrightFactor * deviation[0] + mean[0]);
     if (secondLimit > 255)
         secondLimit = 255;
 
-    // The brightest pixels of the upper part; a limit of 0 or less marks every pixel.
-    cv::Mat brightMask = cv::Mat::zeros(m_height, m_width, CV_8UC1);
-    for (int r = 0; r < m_height; ++r) {
-        const uchar* grey = m_srcImg.ptr<uchar>(r);
+    // The brightest pixels of the upper part. A limit of 0 or less marks every
+    // pixel, but only those of the upper part reach the rest below.
+    cv::Mat brightMask = cv::Mat::zeros(box.height, box.width, CV_8UC1);
+    for (int r = 0; r < box.height; ++r) {
+        const uchar* g = grey.ptr<uchar>(r);
         const uchar* high = highMask.ptr<uchar>(r);
         uchar* bright = brightMask.ptr<uchar>(r);
-        for (int c = 0; c < m_width; ++c)
-            if (static_cast<int>(grey[c]) * static_cast<int>(high[c]) >= secondLimit)
+        for (int c = 0; c < box.width; ++c)
+            if (static_cast<int>(g[c]) * static_cast<int>(high[c]) >= secondLimit)
                 bright[c] = 1;
     }
 
@@ -122,17 +133,18 @@ int BUSFeature::BreastCalcification()
     cv::subtract(highMask, brightMask, rest);
     cv::add(rest, lowMask, rest);
     rest = rest * 255;
-    cv::Mat filled = cv::Mat::zeros(m_height, m_width, CV_8UC1);
+    cv::Mat filled = cv::Mat::zeros(box.height, box.width, CV_8UC1);
     MyFillHole(rest, filled);
     cv::Mat inverse;
     cv::subtract(cv::Scalar(255), rest, inverse);
     cv::Mat holes;
     cv::bitwise_and(filled, inverse, holes);
-    m_calcMask = holes;
+    m_calcMask = cv::Mat::zeros(m_height, m_width, CV_8UC1);
+    holes.copyTo(m_calcMask(box));
 
     const int holeCount = cv::countNonZero(holes);
     std::vector<std::vector<cv::Point>> contours;
-    cv::findContours(holes, contours, cv::RETR_EXTERNAL, cv::CHAIN_APPROX_NONE, cv::Point(0, 0));
+    cv::findContours(holes, contours, cv::RETR_EXTERNAL, cv::CHAIN_APPROX_NONE, cv::Point(box.x, box.y));
     const size_t contourCount = contours.size();
 
     HoleCounters counters;
@@ -147,7 +159,7 @@ int BUSFeature::BreastCalcification()
         return 1;
     }
 
-    const float holeMean = static_cast<float>(cv::mean(m_srcImg, holes)[0]);
+    const float holeMean = static_cast<float>(cv::mean(grey, holes)[0]);
     if (holeMean - m_ringAvgGray < 25.0f)
         return 1;
     if (holeMean < 85.0f)
