@@ -190,10 +190,18 @@ int BUSFeature::CalcuCalcificationUseModelResult(RoiCoor roi, int modelContourCo
         const std::vector<cv::Point> region =
             ShiftContour(CopyContour(modelPoints == nullptr ? nullptr : modelPoints + offset, size), roi.x, roi.y);
         offset += region.size();
-        cv::Mat single = cv::Mat::zeros(roi.height, roi.width, CV_8UC1);
-        DrawContour(single, region, cv::Scalar(51), cv::FILLED, cv::LINE_8);
+        // A filled outline sets no pixel beyond its bounding box, so it is
+        // drawn, counted and added within that box, cut to the region. The
+        // box's edges are the region's own wherever the outline is clipped.
+        const cv::Rect box = region.empty() ? cv::Rect() : cv::boundingRect(region) & cv::Rect(0, 0, sum.cols, sum.rows);
+        if (box.empty())
+            continue;
+        cv::Mat single = cv::Mat::zeros(box.height, box.width, CV_8UC1);
+        SafeDrawContours(single, std::vector<std::vector<cv::Point>>(1, region), 0, cv::Scalar(51), cv::FILLED,
+                         cv::LINE_8, INT_MAX, cv::Point(-box.x, -box.y));
         areas[static_cast<size_t>(i)] = cv::countNonZero(single);
-        cv::add(sum, single, sum);
+        cv::Mat target = sum(box);
+        cv::add(target, single, target);
     }
 
     cv::resize(sum, m_modelMask, cv::Size(roi.width, roi.height), 0.0, 0.0, cv::INTER_LINEAR);
