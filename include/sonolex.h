@@ -85,14 +85,16 @@ typedef struct BreastResult {
      *      long axis steeper than 30 degrees;
      *   0: both axes degenerate (each has its two ends on one point). */
     int32_t orientation;
-    /* byte 8: echo pattern inside the lesion, from its grey histogram.
+    /* byte 8: echo pattern inside the lesion, from its grey histogram
+     * (saturated white left out).
      *   1: dominated by very dark pixels (more than three quarters at grey
-     *      1 to 25) or by one sharp peak: anechoic or uniformly hypoechoic;
+     *      1 to 25: anechoic) or by one sharp peak (a uniform echo);
      *   2: spread over many grey levels: heterogeneous or mixed echo. */
     int32_t echo;
     /* byte 12: boundary, from the grey contrast between a 15-pixel band just
      * inside and one just outside the outline.
-     *   1: abrupt interface: the bands differ clearly (contrast above 8);
+     *   1: abrupt interface: the bands differ clearly (contrast above 8),
+     *      or both are perfectly flat;
      *   2: indistinct or halo: the bands hardly differ. */
     int32_t boundary;
     /* byte 16: margin, from the convexity defects of the outline against

@@ -63,6 +63,21 @@ TEST(BreastEntry, SceneGivesItsHandWorkedRecord)
               kSceneRecord);
 }
 
+TEST(BreastEntry, BrightSpecksInTheLesionGradeMicrocalcification)
+{
+    // Lesion of 60 with three 2 x 2 specks of 250 well inside it, on a
+    // background of 40. Echo: peak 1188 over the 12 speck pixels, sharpness 99: 1.
+    // Boundary: the specks lie deeper than the 7-pixel band, bands 60 and 40
+    // differ by 20, 0.49 * 20 = 9.8 > 8: 1. Calcification, as worked out for
+    // three small specks without contrast: 3.
+    Scene s;
+    s.image = scene::Image(kWidth, kHeight, 40, 40, 30, 79, 59, 60);
+    for (const cv::Rect& speck : {cv::Rect(50, 40, 2, 2), cv::Rect(60, 40, 2, 2), cv::Rect(70, 45, 2, 2)})
+        s.image(speck).setTo(cv::Scalar(250));
+    EXPECT_EQ(Describe(s.image.data, 1, kEmptyRoi, static_cast<int>(s.lesion.size()), s.lesion.data()),
+              (BreastResult{2, 2, 1, 1, 1, 3}));
+}
+
 TEST(BreastEntry, BadChannelCountOrNullImageLeavesPrefilledRecord)
 {
     Scene s;
