@@ -193,7 +193,8 @@ int BUSFeature::CalcuCalcificationUseModelResult(RoiCoor roi, int modelContourCo
         // A filled outline sets no pixel beyond its bounding box, so it is
         // drawn, counted and added within that box, cut to the region. The
         // box's edges are the region's own wherever the outline is clipped.
-        const cv::Rect box = region.empty() ? cv::Rect() : cv::boundingRect(region) & cv::Rect(0, 0, sum.cols, sum.rows);
+        const cv::Rect box =
+            region.empty() ? cv::Rect() : cv::boundingRect(region) & cv::Rect(0, 0, sum.cols, sum.rows);
         if (box.empty())
             continue;
         cv::Mat single = cv::Mat::zeros(box.height, box.width, CV_8UC1);

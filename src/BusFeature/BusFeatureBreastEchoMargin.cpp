@@ -82,7 +82,8 @@ int BUSFeature::GetMarginFeatureMy()
     cv::convexityDefects(m_lesionCont, hull, defects);
 
     // Defects count only when deeper than 2 % of the bounding box's width plus height.
-    const float minimum = static_cast<float>(static_cast<double>(WrapAdd(m_lesionRect.height, m_lesionRect.width)) * 0.02);
+    const float minimum =
+        static_cast<float>(static_cast<double>(WrapAdd(m_lesionRect.height, m_lesionRect.width)) * 0.02);
     float count = 0.0f;
     float sum = 0.0f;
     std::vector<float> depths;
