@@ -165,6 +165,19 @@ TEST(BreastEntry, ZeroWidthOrHeightDerivesTheRegionFromTheOutline)
     EXPECT_EQ(Describe(s.image.data, 1, RoiCoor{900, -4, 35, 0}, n, s.lesion.data()), kSceneRecord);
 }
 
+TEST(BreastEntry, OutlineReachingOutsideTheRegionIsStillDescribed)
+{
+    // Region from column 50: the lesion's columns 40..49 fall outside it. What
+    // lies inside is 30 x 30 pixels of 100: one peak, echo 1; bands of 100 and
+    // 40 (inside 900 - 23 * 16 = 532, outside 37 * 44 - 900 = 728 pixels):
+    // 60 * sqrt(0.422 * 0.578) = 29.6 > 8, boundary 1; still a rectangle for
+    // the margin, and no hole.
+    Scene s;
+    EXPECT_EQ(Describe(s.image.data, 1, RoiCoor{50, 10, 70, 70}, static_cast<int>(s.lesion.size()),
+                       s.lesion.data()),
+              kSceneRecord);
+}
+
 TEST(BreastEntry, DerivedRegionReachesTwentyPixelsBeyondTheOutline)
 {
     // A 40 x 30 lesion in a 200 x 160 image. The derived region spans the outline
