@@ -64,28 +64,58 @@ typedef struct lesionAxisPointEnd {
 
 /* ---- breast records begin ---- */
 /* Verdicts on a breast lesion, written by BreastDescription and
- * BreastDescriptionHaveModelProcess. 24 bytes. 0 in any field means the
- * call did not reach that verdict (orientation can also be 0 by
- * calculation). Fields are written in the order echo, boundary, margin,
- * calcification, orientation, shape. */
+ * BreastDescriptionHaveModelProcess. 24 bytes, six little-endian 32-bit ints.
+ * The call clears all six first and stores each verdict as soon as it is
+ * known, in the order echo, boundary, margin, calcification, orientation,
+ * shape. A 0 left in a field means the call ended before that verdict
+ * (orientation alone can also be 0 by calculation). */
 typedef struct BreastResult {
-    /* byte 0: 1 regular (oval or round, smooth outline), 2 lobulated or
-     * moderately irregular, 3 irregular. */
+    /* byte 0: shape of the outline, from its convexity defects and the ratio
+     * of the host's two axis lengths.
+     *   1: neither round nor markedly irregular: elongated (long over short
+     *      axis at least 1.2) or with one to three shallow indentations;
+     *   2: round or oval without any indentation (axis ratio below 1.2 and
+     *      no defect deeper than 2 % of the lesion's width plus height);
+     *   3: irregular: more than three such indentations, or deep ones. */
     int32_t shape;
-    /* byte 4: 1 parallel to the skin (wider than tall), 2 not parallel
-     * (taller than wide), 0 when the host's axes are degenerate. */
+    /* byte 4: orientation of the lesion, from the host's axes.
+     *   1: parallel to the skin: short over long axis below 0.8 and the long
+     *      axis within 30 degrees of the image rows;
+     *   2: not parallel: roundish (short over long axis 0.8 or more) or the
+     *      long axis steeper than 30 degrees;
+     *   0: both axes degenerate (each has its two ends on one point). */
     int32_t orientation;
-    /* byte 8: 1 hypoechoic or anechoic (darker than the surrounding
-     * tissue), 2 isoechoic, hyperechoic or mixed. */
+    /* byte 8: echo pattern inside the lesion, from its grey histogram
+     * (saturated white left out).
+     *   1: dominated by very dark pixels (more than three quarters at grey
+     *      1 to 25: anechoic) or by one sharp peak (a uniform echo);
+     *   2: spread over many grey levels: heterogeneous or mixed echo. */
     int32_t echo;
-    /* byte 12: 1 abrupt interface (sharp contrast at the border),
-     * 2 echogenic halo or indistinct border. */
+    /* byte 12: boundary, from the grey contrast between a 15-pixel band just
+     * inside and one just outside the outline.
+     *   1: abrupt interface: the bands differ clearly (contrast above 8),
+     *      or both are perfectly flat;
+     *   2: indistinct or halo: the bands hardly differ. */
     int32_t boundary;
-    /* byte 16: 1 circumscribed, 2 not circumscribed (indistinct, angular,
-     * microlobulated or spiculated). */
+    /* byte 16: margin, from the convexity defects of the outline against
+     * the number of vertices of its polygon approximation.
+     *   1: circumscribed: few or shallow defects for its polygon;
+     *   2: not circumscribed: angular, microlobulated or spiculated, with
+     *      enough deep defects for its number of vertices. */
     int32_t margin;
-    /* byte 20: 1 no calcification, 2 coarse calcification (large bright
-     * regions), 3 microcalcification (small bright specks). */
+    /* byte 20: calcification.
+     *   BreastDescription, from bright specks enclosed in the lesion:
+     *     1: none found, or too few, too small or too dim;
+     *     2: coarse: a large or strongly contrasting bright region, or only
+     *        a few small specks;
+     *     3: microcalcification: more small specks than the limit (two, or
+     *        the number of large ones) and none strongly contrasting.
+     *   BreastDescriptionHaveModelProcess, from the host model's regions:
+     *     1: the model found no region;
+     *     2: the regions cover more than 30 % of the lesion's pixel count,
+     *        or every region is large;
+     *     3: at least one small region (under 100 pixels, or under 0.6 %
+     *        of the lesion's pixel count). */
     int32_t calcification;
 } BreastResult;
 /* ---- breast records end ---- */
@@ -246,6 +276,56 @@ typedef struct GallWallResult {
 /* ---- gallwall records end ---- */
 
 /* ---- breast entries begin ---- */
+/* Describes a breast lesion on a B-mode image: echo, boundary, margin and
+ * calcification from the image, orientation from the host's axes, shape
+ * from both.
+ *   image      whole image, width * height * channels bytes, row by row
+ *              without padding; read only, never kept.
+ *   channels   1 (grey), 3 (blue, green, red) or 4 (the fourth ignored).
+ *   width, height  columns and rows of the whole image.
+ *   roi        region to work on, whole-image coordinates. A zero width or
+ *              height asks the call to derive it: the lesion's bounding box
+ *              widened by 10 pixels a side and clipped to the image short of
+ *              its last row and column, then widened by 10 pixels a side
+ *              again without clipping. A given region is used as it stands.
+ *              A region that does not lie inside the image ends the call.
+ *   lesionPointCount, lesionPoints  lesion outline, whole-image
+ *              coordinates, at least five points; read only.
+ *   axis       the lesion's long and short axis as the host measured them;
+ *              only coordinate differences are used, so any frame serves.
+ *   result     written by the call.
+ * A null image or record, or a channel count other than 1, 3 or 4, returns
+ * at once with the record untouched. Otherwise the record is cleared, and a
+ * call that fails on the way (negative count, fewer than five points, region
+ * outside the image, null points with a positive count) keeps the verdicts
+ * stored so far and leaves the rest 0. */
+SONOLEX_API void BreastDescription(const unsigned char* image, int32_t channels, int32_t width, int32_t height,
+                                   RoiCoor roi, int32_t lesionPointCount, const MyPoint* lesionPoints,
+                                   lesionAxisPointEnd axis, BreastResult* result);
+
+/* The same six verdicts, with calcification taken from the regions the
+ * host's own detection model found instead of from the image.
+ *   image, channels, width, height, lesionPointCount, lesionPoints, axis,
+ *   result     as for BreastDescription.
+ *   roi        region to work on, whole-image coordinates; width and height
+ *              must both be non-zero (a zero one returns with the record
+ *              untouched). It is never derived or clipped; a region that
+ *              does not lie inside the image leaves the record all 0.
+ *   modelContourCount  number of model regions; 0 grades calcification 1,
+ *              and the two arrays may then be null.
+ *   modelContourSizes  point count of each region; read only. A negative
+ *              entry leaves the record all 0.
+ *   modelPoints  all region outlines one after the other, whole-image
+ *              coordinates, closed; read only.
+ * A negative modelContourCount keeps echo, boundary and margin and leaves
+ * the rest 0. The lesion outline must have at least eleven points, and so
+ * must the outline of its filled convex hull; otherwise the record stays
+ * all 0. */
+SONOLEX_API void BreastDescriptionHaveModelProcess(const unsigned char* image, int32_t channels, int32_t width,
+                                                   int32_t height, RoiCoor roi, int32_t lesionPointCount,
+                                                   const MyPoint* lesionPoints, int32_t modelContourCount,
+                                                   const int32_t* modelContourSizes, const MyPoint* modelPoints,
+                                                   lesionAxisPointEnd axis, BreastResult* result);
 /* ---- breast entries end ---- */
 
 /* ---- thyroid entries begin ---- */

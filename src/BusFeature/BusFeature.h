@@ -69,6 +69,38 @@ public:
     std::vector<float> ThyGetMarginFeatureMy();
 
     // ---- breast begin ----
+    // Breast initialiser: lesion masks, ellipse, area, grey statistics,
+    // hull, perimeter, Otsu level of the region and the mean of the ring
+    // about seven pixels wide around the lesion.
+    void IntiBreastPara(const std::vector<cv::Point>& contour);
+    // Orientation from the host's axes: 1 parallel, 2 not parallel or
+    // roundish, 0 degenerate. Fills both lengths.
+    int CalcLesionAxis(const cv::Point* longAxis, const cv::Point* shortAxis, float& longLength,
+                       float& shortLength);
+    // Echo: 1 dominated by dark pixels or one sharp histogram peak, 2 otherwise.
+    int GetEchoFeature();
+    // Contrast of the bands inside and outside the outline (15 pixels).
+    float GetBoundaryVal();
+    std::vector<float> GetBoundaryFeature();
+    // Margin: 2 with enough deep convexity defects for the polygon's vertices.
+    // Leaves {mean depth, greatest depth, defect count, vertices} in m_marginVals.
+    int GetMarginFeatureMy();
+    std::vector<float> GetMarginFeature();
+    // Calcification from bright holes in the lesion: 1 none, 2 coarse, 3 micro.
+    int BreastCalcification();
+    // Calcification from the host model's regions (whole-image outlines).
+    int CalcuCalcificationUseModelResult(RoiCoor roi, int modelContourCount, const int* modelContourSizes,
+                                         const MyPoint* modelPoints);
+    // Calcification from a ready mask of the model's regions.
+    int BreastCalcificationModel(cv::Mat mask, RoiCoor roi);
+    // Shape: 3 irregular, 2 round without defects, 1 the rest.
+    int GetBreatShape(float firstLength, float secondLength);
+    // {hull over lesion perimeter, lesion over hull area, mean defect depth,
+    // Fourier distance}; fills circularity, ellipse ratio, hull perimeter
+    // and Fourier distance.
+    std::vector<float> GetShapeFeature();
+    // Distance between the Fourier descriptors (10 harmonics) of two outlines.
+    double FourierDescriptors2(const std::vector<cv::Point>& first, const std::vector<cv::Point>& second);
     // ---- breast end ----
 
     // ---- thyroid begin ----

@@ -32,6 +32,8 @@ public:
     WallSize GetGBWallSize();
 
     // ---- breast begin ----
+    // Boundary from the band contrast: 1 abrupt (above 8.0, or NaN), 2 otherwise.
+    int BoundaryDescription2(float value);
     // ---- breast end ----
 
     // ---- liver begin ----

@@ -60,6 +60,9 @@ SONOLEX_EXPORT int OtsuAlgThreshold(cv::Mat image, cv::Mat mask);
 SONOLEX_EXPORT void FitPolynomialCurve(const std::vector<cv::Point>& points, int n, cv::Mat& coefficients);
 
 // ---- breast begin ----
+// Between-class variance of the bands just inside and just outside a 0/1
+// mask (`size` by `size` rectangle), over the grey deviation of both bands.
+SONOLEX_EXPORT float GrayAvgsep(const cv::Mat& mask, const cv::Mat& image, int size);
 // ---- breast end ----
 
 // ---- thyroid begin ----

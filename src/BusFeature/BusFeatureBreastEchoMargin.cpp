@@ -1,0 +1,130 @@
+// Breast echo (grey histogram inside the lesion), boundary (band contrast)
+// and margin (convexity defects against the polygon approximation).
+#include <algorithm>
+#include <cmath>
+
+#include <opencv2/imgproc.hpp>
+
+#include "BusFeature/BusFeature.h"
+
+int BUSFeature::GetEchoFeature()
+{
+    const cv::Mat mask = m_lesionMask.clone();
+    const cv::Mat image = m_srcImg.clone();
+    const int channels[] = {0};
+    const int histSize[] = {256};
+    const float range[] = {0.0f, 256.0f};
+    const float* ranges[] = {range};
+    cv::Mat hist;
+    cv::calcHist(&image, 1, channels, mask, hist, 1, histSize, ranges, true, false);
+
+    // Saturated white is left out altogether.
+    hist.at<float>(255) = 0.0f;
+    double peakCount = 0.0;
+    cv::Point peakLoc;
+    cv::minMaxLoc(hist, nullptr, &peakCount, nullptr, &peakLoc);
+    const int peakBin = peakLoc.y;
+
+    float darkSum = 0.0f;
+    float otherSum = 0.0f;
+    int count = 0;
+    int secondCount = 0;
+    int secondBin = 0;
+    for (int bin = 1; bin < 256; ++bin) {
+        const float v = hist.at<float>(bin);
+        if (v > 2.0 && bin != peakBin) {
+            if (v > secondCount) {
+                secondCount = TruncToInt(v);
+                secondBin = bin;
+            }
+            otherSum += v;
+            ++count;
+        }
+        if (bin <= 25)
+            darkSum = std::trunc(darkSum + v);
+    }
+    const int total = TruncToInt(static_cast<double>(otherSum) + peakCount);
+
+    // A second peak right beside the main one counts with it.
+    double peakValue = peakCount;
+    const int gap = secondBin - peakBin;
+    if (gap >= -3 && gap <= 3) {
+        otherSum -= static_cast<float>(secondCount);
+        peakValue = static_cast<double>(secondCount) + peakCount;
+    }
+    if (count != 0)
+        otherSum /= static_cast<float>(count);
+    float sharpness = static_cast<float>(peakValue);
+    if (otherSum != 0.0f)
+        sharpness /= otherSum;
+    const float darkShare = darkSum / static_cast<float>(total + 1);
+
+    if (darkShare > 0.75f)
+        return 1;
+    return sharpness >= 20.0f ? 1 : 2;
+}
+
+float BUSFeature::GetBoundaryVal() { return GrayAvgsep(m_label, m_srcImg, 15); }
+
+std::vector<float> BUSFeature::GetBoundaryFeature() { return {GrayAvgsep(m_label, m_srcImg, 15)}; }
+
+int BUSFeature::GetMarginFeatureMy()
+{
+    constexpr double kFixedPointDepth = 0.00390625; // defect depths are in 1/256 pixel
+    constexpr double kFourPi = 12.566370614359172;
+
+    m_lesionRect = cv::boundingRect(m_lesionCont);
+    std::vector<cv::Point> polygon;
+    cv::approxPolyDP(m_lesionCont, polygon, 10.0, true);
+    std::vector<int> hull;
+    std::vector<cv::Vec4i> defects;
+    cv::convexHull(m_lesionCont, hull, false, false);
+    cv::convexityDefects(m_lesionCont, hull, defects);
+
+    // Defects count only when deeper than 2 % of the bounding box's width plus height.
+    const float minimum =
+        static_cast<float>(static_cast<double>(WrapAdd(m_lesionRect.height, m_lesionRect.width)) * 0.02);
+    float count = 0.0f;
+    float sum = 0.0f;
+    std::vector<float> depths;
+    for (const cv::Vec4i& d : defects) {
+        const float depth = static_cast<float>(d[3] * kFixedPointDepth);
+        if (depth > minimum) {
+            count += 1.0f;
+            sum += depth;
+            depths.push_back(depth);
+        }
+    }
+    std::sort(depths.begin(), depths.end());
+    float meanDepth = 0.0f;
+    float maxDepth = 0.0f;
+    if (count > 0.0f) {
+        meanDepth = sum / count;
+        maxDepth = depths.back();
+    }
+    const double half = 0.5 * std::min(m_majorAxisLength, m_minorAxisLength);
+    if (half > 0.0) {
+        maxDepth = static_cast<float>(maxDepth / half);
+        meanDepth = static_cast<float>(meanDepth / half);
+    }
+    if (m_lesionPerimeter == 0.0f)
+        m_circularity = 1.0f;
+    else
+        m_circularity = static_cast<float>(static_cast<double>(m_lesionArea) * kFourPi /
+                                           (static_cast<double>(m_lesionPerimeter) * m_lesionPerimeter));
+
+    const int vertices = static_cast<int>(polygon.size());
+    m_marginVals = {meanDepth, maxDepth, count, static_cast<float>(vertices)};
+
+    if (vertices <= 8)
+        return 1;
+    if (vertices <= 12)
+        return count >= 4.0f ? 2 : 1;
+    if (count < 3.0f)
+        return 1;
+    if (count == 3.0f)
+        return static_cast<double>(meanDepth) >= 0.3 ? 2 : 1;
+    return 2;
+}
+
+std::vector<float> BUSFeature::GetMarginFeature() { return {m_nrg, m_nrg2, m_nrg3}; }

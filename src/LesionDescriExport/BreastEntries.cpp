@@ -1,0 +1,152 @@
+// The two breast entry points: wrap, grey, region, feature object,
+// initialiser, verdicts in order, each stored as soon as it is known.
+#include <cstdint>
+#include <cstring>
+#include <stdexcept>
+
+#include <opencv2/imgproc.hpp>
+
+#include "BusFeature/BusFeature.h"
+#include "FeatureDescription/Description.h"
+#include "LesionDescriExport/EntryFrame.h"
+
+namespace {
+
+// The region as a view of the grey image. A region reaching outside the
+// image ends the call, as the view's own bounds check would, without the
+// int overflow that check can run into.
+cv::Mat RegionView(const cv::Mat& grey, const cv::Rect& roi)
+{
+    const int64_t right = static_cast<int64_t>(roi.x) + roi.width;
+    const int64_t bottom = static_cast<int64_t>(roi.y) + roi.height;
+    if (roi.x < 0 || roi.y < 0 || roi.width < 0 || roi.height < 0 || right > grey.cols || bottom > grey.rows)
+        throw std::out_of_range("region outside the image");
+    return cv::Mat(grey, roi);
+}
+
+// With a zero width or height the region is the lesion's bounding box
+// widened by 10 a side, clipped, then widened by 10 a side again unclipped.
+cv::Rect BreastRegion(const RoiCoor& roi, const cv::Rect& bounds, int width, int height)
+{
+    if (roi.width != 0 && roi.height != 0)
+        return cv::Rect(roi.x, roi.y, roi.width, roi.height);
+    cv::Rect widened(WrapSub(bounds.x, 10), WrapSub(bounds.y, 10), WrapAdd(bounds.width, 20),
+                     WrapAdd(bounds.height, 20));
+    JudgeRoi(widened, width, height);
+    return cv::Rect(WrapSub(widened.x, 10), WrapSub(widened.y, 10), WrapAdd(widened.width, 20),
+                    WrapAdd(widened.height, 20));
+}
+
+// Echo, boundary and margin, stored one by one.
+void StoreImageVerdicts(BUSFeature& feature, Description& description, BreastResult* result)
+{
+    result->echo = feature.GetEchoFeature();
+    result->boundary = description.BoundaryDescription2(feature.GetBoundaryVal());
+    result->margin = feature.GetMarginFeatureMy();
+}
+
+// Orientation from the host's axes, then shape, which reads the margin's figures.
+void StoreAxisVerdicts(BUSFeature& feature, const lesionAxisPointEnd& axis, BreastResult* result)
+{
+    const cv::Point longAxis[2] = {cv::Point(axis.longStart.x, axis.longStart.y),
+                                   cv::Point(axis.longEnd.x, axis.longEnd.y)};
+    const cv::Point shortAxis[2] = {cv::Point(axis.shortStart.x, axis.shortStart.y),
+                                    cv::Point(axis.shortEnd.x, axis.shortEnd.y)};
+    float longLength = 0.0f;
+    float shortLength = 0.0f;
+    result->orientation = feature.CalcLesionAxis(longAxis, shortAxis, longLength, shortLength);
+    result->shape = feature.GetBreatShape(longLength, shortLength);
+}
+
+} // namespace
+
+extern "C" SONOLEX_API void BreastDescription(const unsigned char* image, int32_t channels, int32_t width,
+                                              int32_t height, RoiCoor roi, int32_t lesionPointCount,
+                                              const MyPoint* lesionPoints, lesionAxisPointEnd axis,
+                                              BreastResult* result)
+{
+    if (!IsValidImage(image, channels) || result == nullptr)
+        return;
+    std::memset(result, 0, sizeof(BreastResult));
+    try {
+        const cv::Mat wrapped = WrapImage(image, channels, width, height);
+        const cv::Mat grey = MakeGrey(wrapped);
+        const std::vector<cv::Point> contour = CopyContour(lesionPoints, lesionPointCount);
+        const cv::Rect bounds = cv::boundingRect(contour);
+        const cv::Rect region = BreastRegion(roi, bounds, width, height);
+        const cv::Mat regionImage = RegionView(grey, region);
+        const std::vector<cv::Point> regionContour = ShiftContour(contour, region.x, region.y);
+
+        BUSFeature feature(regionImage, region);
+        feature.IntiBreastPara(regionContour);
+        const cv::Point centroid = feature.CalcCentroid(false);
+        feature.CalcuNrg(); // kept in the object; no breast verdict reads it
+        const cv::RotatedRect ellipse = feature.GetEllipse();
+        feature.SetMask(feature.GetLesionMask());
+
+        Description description(grey, regionImage, region);
+        description.SetLesionContour(regionContour);
+        description.SetEllipse(ellipse);
+        description.SetCentroid(centroid);
+
+        StoreImageVerdicts(feature, description, result);
+        result->calcification = feature.BreastCalcification();
+        StoreAxisVerdicts(feature, axis, result);
+    } catch (...) {
+    }
+}
+
+extern "C" SONOLEX_API void BreastDescriptionHaveModelProcess(const unsigned char* image, int32_t channels,
+                                                              int32_t width, int32_t height, RoiCoor roi,
+                                                              int32_t lesionPointCount, const MyPoint* lesionPoints,
+                                                              int32_t modelContourCount,
+                                                              const int32_t* modelContourSizes,
+                                                              const MyPoint* modelPoints, lesionAxisPointEnd axis,
+                                                              BreastResult* result)
+{
+    if (!IsValidImage(image, channels) || roi.width == 0 || roi.height == 0 || result == nullptr)
+        return;
+    std::memset(result, 0, sizeof(BreastResult));
+    try {
+        // The model's regions are drawn once before anything else, so that a
+        // bad size ends the call before any verdict is stored.
+        cv::Mat modelScratch = cv::Mat::zeros(roi.height, roi.width, CV_8UC1);
+        if (modelContourCount > 0 && modelContourSizes == nullptr)
+            throw std::invalid_argument("null model sizes with a positive count");
+        size_t offset = 0;
+        for (int32_t i = 0; i < modelContourCount; ++i) {
+            const int32_t size = modelContourSizes[i];
+            const std::vector<cv::Point> shifted = ShiftContour(
+                CopyContour(modelPoints == nullptr ? nullptr : modelPoints + offset, size), roi.x, roi.y);
+            offset += shifted.size();
+            DrawContour(modelScratch, shifted, cv::Scalar(51), cv::FILLED, cv::LINE_8);
+        }
+
+        const cv::Mat wrapped = WrapImage(image, channels, width, height);
+        const cv::Mat grey = MakeGrey(wrapped);
+        const std::vector<cv::Point> contour = CopyContour(lesionPoints, lesionPointCount);
+        (void)cv::boundingRect(contour); // taken and unused: the region is the host's
+        const cv::Rect region(roi.x, roi.y, roi.width, roi.height);
+        const cv::Mat regionImage = RegionView(grey, region);
+        const std::vector<cv::Point> regionContour = ShiftContour(contour, region.x, region.y);
+
+        BUSFeature feature(regionImage, region);
+        feature.IntiBreastPara(regionContour);
+        const cv::Point centroid = feature.CalcCentroid(false);
+        feature.CalcuNrg();
+        (void)feature.GetShapeFeature(); // leaves the shape measures in the object
+        const cv::RotatedRect ellipse = feature.GetEllipse();
+        feature.SetMask(feature.GetLesionMask());
+
+        Description description(grey, regionImage, region);
+        description.SetLesionContour(regionContour);
+        description.SetEllipse(ellipse);
+        description.SetCentroid(centroid);
+
+        StoreImageVerdicts(feature, description, result);
+        result->calcification =
+            feature.CalcuCalcificationUseModelResult(roi, modelContourCount, modelContourSizes, modelPoints);
+        StoreAxisVerdicts(feature, axis, result);
+    } catch (...) {
+    }
+}
