@@ -87,8 +87,9 @@ int BUSFeature::BreastCalcification()
 
     double low = 0.0;
     cv::minMaxIdx(grey, &low, nullptr, nullptr, nullptr, label);
-    // The lesion's own Otsu level comes next in the sequence; it is dropped
-    // unused and cannot fail on a one-channel region, so it is not taken.
+    // The lesion's Otsu level is not used further; it is taken all the same,
+    // so that a lesion it cannot measure ends the call where it always has.
+    OtsuAlgThreshold(m_srcImg, m_label);
     const int firstLimit = TruncToInt(static_cast<double>(2.0f * m_lesionStdGray) + low);
 
     // Split the lesion at the first limit: lowMask below, highMask at or above.

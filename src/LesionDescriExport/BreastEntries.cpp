@@ -1,6 +1,5 @@
 // The two breast entry points: wrap, grey, region, feature object,
 // initialiser, verdicts in order, each stored as soon as it is known.
-#include <cstdint>
 #include <cstring>
 #include <stdexcept>
 
@@ -11,18 +10,6 @@
 #include "LesionDescriExport/EntryFrame.h"
 
 namespace {
-
-// The region as a view of the grey image. A region reaching outside the
-// image ends the call, as the view's own bounds check would, without the
-// int overflow that check can run into.
-cv::Mat RegionView(const cv::Mat& grey, const cv::Rect& roi)
-{
-    const int64_t right = static_cast<int64_t>(roi.x) + roi.width;
-    const int64_t bottom = static_cast<int64_t>(roi.y) + roi.height;
-    if (roi.x < 0 || roi.y < 0 || roi.width < 0 || roi.height < 0 || right > grey.cols || bottom > grey.rows)
-        throw std::out_of_range("region outside the image");
-    return cv::Mat(grey, roi);
-}
 
 // With a zero width or height the region is the lesion's bounding box
 // widened by 10 a side, clipped, then widened by 10 a side again unclipped.
