@@ -39,6 +39,81 @@ struct Flat {
     }
 };
 
+const std::vector<const char*> kBreastShape{"not reached", "oval or elongated, few shallow indentations",
+                                            "round or oval, no indentation", "irregular"};
+const std::vector<const char*> kBreastOrientation{"degenerate axes", "parallel to the skin", "not parallel"};
+const std::vector<const char*> kBreastEcho{"not reached", "anechoic or uniform", "heterogeneous or mixed"};
+const std::vector<const char*> kBreastBoundary{"not reached", "abrupt interface", "indistinct or halo"};
+const std::vector<const char*> kBreastMargin{"not reached", "circumscribed", "not circumscribed"};
+const std::vector<const char*> kBreastCalcification{"not reached", "none", "coarse", "microcalcification"};
+
+void PrintBreast(const char* title, const BreastResult& r)
+{
+    Print(title, {{"shape", r.shape, kBreastShape},
+                  {"orientation", r.orientation, kBreastOrientation},
+                  {"echo", r.echo, kBreastEcho},
+                  {"boundary", r.boundary, kBreastBoundary},
+                  {"margin", r.margin, kBreastMargin},
+                  {"calcification", r.calcification, kBreastCalcification}});
+}
+
+void BreastSamples()
+{
+    // A smooth dark oval, wider than tall.
+    cv::Mat image = synth::Speckle(800, 600, 11, 110.0);
+    const auto oval = synth::Outline({400, 280}, 100, 75, 400);
+    synth::PaintRegion(image, oval, 35.0, 12, 12.0);
+    const auto lesion = synth::ToMyPoints(oval);
+    const lesionAxisPointEnd axis{{300, 280}, {500, 280}, {400, 205}, {400, 355}};
+    BreastResult r;
+    BreastDescription(image.data, 1, image.cols, image.rows, RoiCoor{0, 0, 0, 0}, static_cast<int>(lesion.size()),
+                      lesion.data(), axis, &r);
+    PrintBreast("Breast lesion, smooth hypoechoic oval of 200 x 150 px (BreastDescription, region derived):", r);
+
+    // A lobulated lesion, taller than wide, with bright specks inside.
+    cv::Mat specked = synth::Speckle(800, 600, 13, 110.0);
+    const auto lobes = synth::Outline({400, 300}, 70, 100, 400, 7, 0.18);
+    synth::PaintRegion(specked, lobes, 45.0, 14, 3.0);
+    std::vector<cv::Point> specks;
+    Flat model;
+    for (int i = 0; i < 12; ++i) {
+        const cv::Point c(370 + (i % 4) * 20, 260 + (i / 4) * 30);
+        specks.push_back(c);
+        model.Add(synth::Outline(c, 3, 3, 12));
+    }
+    synth::PaintSpecks(specked, specks, 3);
+    const auto lobed = synth::ToMyPoints(lobes);
+    const lesionAxisPointEnd upright{{400, 195}, {405, 405}, {325, 300}, {475, 300}};
+    BreastDescription(specked.data, 1, specked.cols, specked.rows, RoiCoor{0, 0, 0, 0},
+                      static_cast<int>(lobed.size()), lobed.data(), upright, &r);
+    PrintBreast("Breast lesion, lobulated, taller than wide, even dark echo with twelve bright specks (BreastDescription):", r);
+    BreastDescriptionHaveModelProcess(specked.data, 1, specked.cols, specked.rows, RoiCoor{300, 170, 200, 260},
+                                      static_cast<int>(lobed.size()), lobed.data(),
+                                      static_cast<int>(model.sizes.size()), model.sizes.data(), model.points.data(),
+                                      upright, &r);
+    PrintBreast("The same lesion with the host model's twelve speck regions (BreastDescriptionHaveModelProcess):", r);
+}
+
+void LiverSample()
+{
+    cv::Mat image = synth::Speckle(800, 600, 21, 40.0);
+    const auto liver = synth::Outline({400, 300}, 370, 270, 600);
+    synth::PaintRegion(image, liver, 100.0, 22);
+    const auto lesionOutline = synth::Outline({420, 280}, 75, 60, 300, 6, 0.06);
+    synth::PaintRegion(image, lesionOutline, 175.0, 23, 40.0);
+    const auto organ = synth::ToMyPoints(liver);
+    const auto lesion = synth::ToMyPoints(lesionOutline);
+    LiverResult r;
+    LiverDescription(image.data, 1, image.cols, image.rows, RoiCoor{300, 180, 240, 200},
+                     static_cast<int>(organ.size()), organ.data(), static_cast<int>(lesion.size()), lesion.data(),
+                     &r);
+    Print("Liver lesion, bright and slightly lobulated, 150 x 120 px (LiverDescription):",
+          {{"shape", r.shape, {"not reached", "regular outline", "irregular outline"}},
+           {"echo", r.echo, {"not reached", "hypoechoic", "isoechoic", "hyperechoic", "markedly hyperechoic"}},
+           {"boundary", r.boundary, {"not reached", "clear border", "unclear border"}},
+           {"echoTexture", r.echoTexture, {"not reached", "homogeneous", "heterogeneous"}}});
+}
+
 void ThyroidSample()
 {
     cv::Mat image = synth::Speckle(800, 600, 31, 60.0);
@@ -119,7 +194,9 @@ int main()
 {
     std::printf("sonolex: synthetic B-mode samples, drawn in code from fixed seeds.\n"
                 "0 in a field means the call did not reach that verdict, unless its table gives 0 a meaning.\n");
+    BreastSamples();
     ThyroidSample();
+    LiverSample();
     CarotidSample();
     GallWallSample();
     return 0;
