@@ -25,19 +25,7 @@ void LesionAxis::SetPara()
 
 bool LesionAxis::ConnectionMaskCv(std::vector<cv::Point>& contour, cv::Mat& mask, std::vector<cv::Point>& out)
 {
-    DrawContour(mask, contour, cv::Scalar(255), cv::FILLED, cv::LINE_8);
-    std::vector<std::vector<cv::Point>> found;
-    std::vector<cv::Vec4i> hierarchy;
-    cv::findContours(mask, found, hierarchy, cv::RETR_EXTERNAL, cv::CHAIN_APPROX_NONE, cv::Point(0, 0));
-    if (found.empty())
-        return false;
-    contour.clear();
-    out.clear();
-    for (const cv::Point& p : found[0]) {
-        contour.push_back(p);
-        out.push_back(p);
-    }
-    return true;
+    return FillAndTakeOutline(contour, out, mask);
 }
 
 cv::Point LesionAxis::CalcCentroid()

@@ -11,12 +11,7 @@ int BUSFeature::GetEchoFeature()
 {
     const cv::Mat mask = m_lesionMask.clone();
     const cv::Mat image = m_srcImg.clone();
-    const int channels[] = {0};
-    const int histSize[] = {256};
-    const float range[] = {0.0f, 256.0f};
-    const float* ranges[] = {range};
-    cv::Mat hist;
-    cv::calcHist(&image, 1, channels, mask, hist, 1, histSize, ranges, true, false);
+    cv::Mat hist = GreyHistogram(image, mask);
 
     // Saturated white is left out altogether.
     hist.at<float>(255) = 0.0f;

@@ -23,12 +23,7 @@ float HistogramValley(cv::Mat image, cv::Mat mask, const ValleySearch& how)
     if (image.channels() > 1)
         cv::cvtColor(image, image, cv::COLOR_BGR2GRAY);
 
-    cv::Mat hist;
-    const int channels[] = {0};
-    const int histSize[] = {256};
-    const float range[] = {0.0f, 256.0f};
-    const float* ranges[] = {range};
-    cv::calcHist(&image, 1, channels, mask, hist, 1, histSize, ranges, true, false);
+    cv::Mat hist = GreyHistogram(image, mask);
     hist.at<float>(255) = 0.0f; // pure white never counts
 
     double maxBin = 0.0;

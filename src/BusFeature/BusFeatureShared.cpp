@@ -51,19 +51,7 @@ cv::Point BUSFeature::CalcCentroid(cv::Mat mask, std::vector<cv::Point> contour)
 
 bool BUSFeature::ConnectionMaskCv(std::vector<cv::Point>& contour, std::vector<cv::Point>& copy, cv::Mat mask)
 {
-    DrawContour(mask, contour, cv::Scalar(255), cv::FILLED, cv::LINE_8);
-    std::vector<std::vector<cv::Point>> found;
-    std::vector<cv::Vec4i> hierarchy;
-    cv::findContours(mask, found, hierarchy, cv::RETR_EXTERNAL, cv::CHAIN_APPROX_NONE, cv::Point(0, 0));
-    if (found.empty())
-        return false;
-    contour.clear();
-    copy.clear();
-    for (const cv::Point& p : found[0]) {
-        contour.push_back(p);
-        copy.push_back(p);
-    }
-    return true;
+    return FillAndTakeOutline(contour, copy, mask);
 }
 
 void BUSFeature::ConectionMask(const std::vector<cv::Point>& contour, std::vector<cv::Point>& closed, cv::Mat& mask)

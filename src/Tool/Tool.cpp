@@ -61,6 +61,25 @@ void DrawContour(cv::InputOutputArray image, const std::vector<cv::Point>& conto
     cv::drawContours(image, one, 0, colour, thickness, lineType, cv::noArray(), INT_MAX, cv::Point(0, 0));
 }
 
+bool FillAndTakeOutline(std::vector<cv::Point>& contour, std::vector<cv::Point>& copy, cv::Mat mask)
+{
+    DrawContour(mask, contour, cv::Scalar(255), cv::FILLED, cv::LINE_8);
+    std::vector<std::vector<cv::Point>> found;
+    std::vector<cv::Vec4i> hierarchy;
+    cv::findContours(mask, found, hierarchy, cv::RETR_EXTERNAL, cv::CHAIN_APPROX_NONE, cv::Point(0, 0));
+    if (found.empty())
+        return false;
+    // Both cleared, then every point pushed onto both: when the two are one
+    // vector, each point comes back twice.
+    contour.clear();
+    copy.clear();
+    for (const cv::Point& p : found[0]) {
+        contour.push_back(p);
+        copy.push_back(p);
+    }
+    return true;
+}
+
 double SafeContourArea(const std::vector<cv::Point>& contour, bool oriented)
 {
     return contour.empty() ? 0.0 : cv::contourArea(contour, oriented);
@@ -129,6 +148,17 @@ float GrayDiff(const cv::Mat& mask, const cv::Mat& image, int k, bool wholeMask)
         innerMean = cv::mean(image, innerRing)[0];
     }
     return static_cast<float>(std::fabs(outerMean - innerMean));
+}
+
+cv::Mat GreyHistogram(const cv::Mat& image, const cv::Mat& mask)
+{
+    const int channels[] = {0};
+    const int histSize[] = {256};
+    const float range[] = {0.0f, 256.0f};
+    const float* ranges[] = {range};
+    cv::Mat hist;
+    cv::calcHist(&image, 1, channels, mask, hist, 1, histSize, ranges, true, false);
+    return hist;
 }
 
 int OtsuAlgThreshold(cv::Mat image, cv::Mat mask)

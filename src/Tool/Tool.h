@@ -34,6 +34,10 @@ SONOLEX_EXPORT void SafeDrawContours(cv::InputOutputArray image, const std::vect
 // One contour, drawn as a one-element list at index 0 with no hierarchy.
 SONOLEX_EXPORT void DrawContour(cv::InputOutputArray image, const std::vector<cv::Point>& contour,
                                 const cv::Scalar& colour, int thickness, int lineType = 8);
+// Fills `contour` into `mask` (255) and replaces `contour` and `copy` by the
+// first external outline of the result (twice over when they are one
+// vector); false, vectors untouched, if there is none.
+SONOLEX_EXPORT bool FillAndTakeOutline(std::vector<cv::Point>& contour, std::vector<cv::Point>& copy, cv::Mat mask);
 // cv::contourArea, with 0 for an empty contour.
 SONOLEX_EXPORT double SafeContourArea(const std::vector<cv::Point>& contour, bool oriented = false);
 SONOLEX_EXPORT double SafeContourArea(const std::vector<cv::Point2f>& contour, bool oriented = false);
@@ -54,6 +58,10 @@ SONOLEX_EXPORT bool descendSort(const std::vector<cv::Point>& a, const std::vect
 // ---- grey statistics ----
 // |mean of the ring outside a 0/1 mask - mean inside it (or of its inner ring)|.
 SONOLEX_EXPORT float GrayDiff(const cv::Mat& mask, const cv::Mat& image, int k, bool wholeMask);
+// 256-bin histogram of an 8-bit grey image under `mask` (any non-zero
+// pixel), bins of one grey level, as a 256 x 1 CV_32F matrix. Saturated
+// white (bin 255) still counts; the callers that leave it out zero it.
+SONOLEX_EXPORT cv::Mat GreyHistogram(const cv::Mat& image, const cv::Mat& mask);
 // Masked Otsu threshold over bins 0..254, returned as the class boundary less one.
 SONOLEX_EXPORT int OtsuAlgThreshold(cv::Mat image, cv::Mat mask);
 // Least-squares polynomial of y on x; row i of `coefficients` belongs to x^i.
