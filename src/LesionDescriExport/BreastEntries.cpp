@@ -97,17 +97,7 @@ extern "C" SONOLEX_API void BreastDescriptionHaveModelProcess(const unsigned cha
     try {
         // The model's regions are drawn once before anything else, so that a
         // bad size ends the call before any verdict is stored.
-        cv::Mat modelScratch = cv::Mat::zeros(roi.height, roi.width, CV_8UC1);
-        if (modelContourCount > 0 && modelContourSizes == nullptr)
-            throw std::invalid_argument("null model sizes with a positive count");
-        size_t offset = 0;
-        for (int32_t i = 0; i < modelContourCount; ++i) {
-            const int32_t size = modelContourSizes[i];
-            const std::vector<cv::Point> shifted = ShiftContour(
-                CopyContour(modelPoints == nullptr ? nullptr : modelPoints + offset, size), roi.x, roi.y);
-            offset += shifted.size();
-            DrawContour(modelScratch, shifted, cv::Scalar(51), cv::FILLED, cv::LINE_8);
-        }
+        ModelMask(roi, modelContourCount, modelContourSizes, modelPoints);
 
         const cv::Mat wrapped = WrapImage(image, channels, width, height);
         const cv::Mat grey = MakeGrey(wrapped);

@@ -47,6 +47,23 @@ cv::Mat RegionView(const cv::Mat& grey, const cv::Rect& region)
     return cv::Mat(grey, region);
 }
 
+cv::Mat ModelMask(const RoiCoor& roi, int count, const int* sizes, const MyPoint* points)
+{
+    cv::Mat mask = cv::Mat::zeros(roi.height, roi.width, CV_8U);
+    // Sizes are read only from an array that exists.
+    if (count > 0 && sizes == nullptr)
+        throw std::invalid_argument("null model size array with a positive count");
+    size_t start = 0;
+    for (int i = 0; i < count; ++i) {
+        const int size = sizes[i];
+        const std::vector<cv::Point> contour =
+            ShiftContour(CopyContour(size > 0 ? points + start : points, size), roi.x, roi.y);
+        DrawContour(mask, contour, cv::Scalar(51), cv::FILLED, cv::LINE_8);
+        start += contour.size();
+    }
+    return mask;
+}
+
 std::vector<cv::Point> ShiftContour(const std::vector<cv::Point>& contour, int dx, int dy)
 {
     std::vector<cv::Point> shifted(contour.size());

@@ -22,5 +22,9 @@ std::vector<cv::Point> CopyContour(const MyPoint* points, int count);
 // refused, as cv::Mat refuses it, but checked in 64 bits so that coordinates
 // near the int limits cannot wrap past the test.
 cv::Mat RegionView(const cv::Mat& grey, const cv::Rect& region);
+// The host model's regions, packed as counts and points in whole-image
+// coordinates, each filled with 51 into a zero mask of the region's size.
+// A negative count draws nothing; a negative size raises std::length_error.
+cv::Mat ModelMask(const RoiCoor& roi, int count, const int* sizes, const MyPoint* points);
 // Every point less (dx, dy), into a new vector.
 std::vector<cv::Point> ShiftContour(const std::vector<cv::Point>& contour, int dx, int dy);

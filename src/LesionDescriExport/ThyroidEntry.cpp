@@ -10,24 +10,6 @@
 
 namespace {
 
-// The detection model's regions filled with 51 into a region-size mask.
-cv::Mat ModelMask(const RoiCoor& roi, int count, const int* sizes, const MyPoint* points)
-{
-    cv::Mat mask = cv::Mat::zeros(roi.height, roi.width, CV_8U);
-    // Sizes are read only from an array that exists.
-    if (count > 0 && sizes == nullptr)
-        throw std::invalid_argument("null model size array with a positive count");
-    size_t start = 0;
-    for (int i = 0; i < count; ++i) {
-        const int size = sizes[i];
-        const std::vector<cv::Point> contour =
-            ShiftContour(CopyContour(size > 0 ? points + start : points, size), roi.x, roi.y);
-        DrawContour(mask, contour, cv::Scalar(51), cv::FILLED, cv::LINE_8);
-        start += contour.size();
-    }
-    return mask;
-}
-
 // Grey image: one channel as it is, otherwise the plane of the greatest sum
 // among the first three (no colour conversion).
 cv::Mat BrightestPlane(const cv::Mat& wrapped)
