@@ -35,18 +35,7 @@ cv::Point LesionAxis::CalcCentroid()
     cv::Mat scaled = m_mask / 255.0;
     cv::Mat label;
     scaled.convertTo(label, CV_32S);
-    // The sums run over the working size; a smaller mask would be read past its end.
-    if (label.rows < H || label.cols < W)
-        throw std::out_of_range("axis mask smaller than the working size");
-    int sumX = 0, sumY = 0;
-    for (int y = 0; y < H; ++y) {
-        const int* row = label.ptr<int>(y);
-        for (int x = 0; x < W; ++x) {
-            sumX = WrapAdd(sumX, WrapMul(row[x], x));
-            sumY = WrapAdd(sumY, WrapMul(row[x], y));
-        }
-    }
-    m_centroid = cv::Point(TruncToInt(static_cast<float>(sumX) / m_area), TruncToInt(static_cast<float>(sumY) / m_area));
+    m_centroid = WeightedCentroid(label, H, W, m_area);
     return m_centroid;
 }
 

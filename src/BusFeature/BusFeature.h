@@ -11,6 +11,18 @@
 #include "sonolex.h"
 #include "Tool/Tool.h"
 
+// Convexity defects of an outline deeper than `floor` pixels: their number
+// and the sum of their depths, both in float, and the greatest depth (0 when
+// there is none). Depths come from OpenCV's 1/256-pixel fixed point.
+struct DefectDepths {
+    float count = 0.0f;
+    float sum = 0.0f;
+    float greatest = 0.0f;
+};
+SONOLEX_EXPORT DefectDepths DeepDefects(const std::vector<cv::Point>& contour, double floor);
+// Four pi times area over perimeter squared, in double, as float; 1 for a zero perimeter.
+SONOLEX_EXPORT float Circularity(float area, float perimeter);
+
 // Which organ's fields GetOrganMask and GetOrganCont return.
 enum Organ { ORGAN_NONE = 0, ORGAN_LIVER = 2, ORGAN_GALLBLADDER = 3 };
 

@@ -65,48 +65,23 @@ std::vector<float> BUSFeature::GetBoundaryFeature() { return {GrayAvgsep(m_label
 
 int BUSFeature::GetMarginFeatureMy()
 {
-    constexpr double kFixedPointDepth = 0.00390625; // defect depths are in 1/256 pixel
-    constexpr double kFourPi = 12.566370614359172;
-
     m_lesionRect = cv::boundingRect(m_lesionCont);
     std::vector<cv::Point> polygon;
     cv::approxPolyDP(m_lesionCont, polygon, 10.0, true);
-    std::vector<int> hull;
-    std::vector<cv::Vec4i> defects;
-    cv::convexHull(m_lesionCont, hull, false, false);
-    cv::convexityDefects(m_lesionCont, hull, defects);
 
     // Defects count only when deeper than 2 % of the bounding box's width plus height.
     const float minimum =
         static_cast<float>(static_cast<double>(WrapAdd(m_lesionRect.height, m_lesionRect.width)) * 0.02);
-    float count = 0.0f;
-    float sum = 0.0f;
-    std::vector<float> depths;
-    for (const cv::Vec4i& d : defects) {
-        const float depth = static_cast<float>(d[3] * kFixedPointDepth);
-        if (depth > minimum) {
-            count += 1.0f;
-            sum += depth;
-            depths.push_back(depth);
-        }
-    }
-    std::sort(depths.begin(), depths.end());
-    float meanDepth = 0.0f;
-    float maxDepth = 0.0f;
-    if (count > 0.0f) {
-        meanDepth = sum / count;
-        maxDepth = depths.back();
-    }
+    const DefectDepths deep = DeepDefects(m_lesionCont, minimum);
+    const float count = deep.count;
+    float meanDepth = count > 0.0f ? deep.sum / count : 0.0f;
+    float maxDepth = deep.greatest;
     const double half = 0.5 * std::min(m_majorAxisLength, m_minorAxisLength);
     if (half > 0.0) {
         maxDepth = static_cast<float>(maxDepth / half);
         meanDepth = static_cast<float>(meanDepth / half);
     }
-    if (m_lesionPerimeter == 0.0f)
-        m_circularity = 1.0f;
-    else
-        m_circularity = static_cast<float>(static_cast<double>(m_lesionArea) * kFourPi /
-                                           (static_cast<double>(m_lesionPerimeter) * m_lesionPerimeter));
+    m_circularity = Circularity(m_lesionArea, m_lesionPerimeter);
 
     const int vertices = static_cast<int>(polygon.size());
     m_marginVals = {meanDepth, maxDepth, count, static_cast<float>(vertices)};

@@ -32,35 +32,20 @@ int BUSFeature::GetBreatShape(float firstLength, float secondLength)
 
 std::vector<float> BUSFeature::GetShapeFeature()
 {
-    constexpr double kFixedPointDepth = 0.00390625; // defect depths are in 1/256 pixel
-    constexpr double kFourPi = 12.566370614359172;
     constexpr double kPi = 3.141592653589793;
 
-    std::vector<int> hull;
-    std::vector<cv::Vec4i> defects;
-    cv::convexHull(m_lesionCont, hull, false, false);
-    cv::convexityDefects(m_lesionCont, hull, defects);
-    float sum = 0.0f;
-    float count = 0.0f;
-    for (const cv::Vec4i& d : defects) {
-        const float depth = static_cast<float>(d[3] * kFixedPointDepth);
-        if (depth > 3.0) {
-            sum += depth;
-            count += 1.0f;
-        }
-    }
-    if (count > 0.0f)
-        sum /= count;
+    const DefectDepths deep = DeepDefects(m_lesionCont, 3.0);
+    float sum = deep.sum;
+    if (deep.count > 0.0f)
+        sum /= deep.count;
     const double half = 0.5 * std::min(m_majorAxisLength, m_minorAxisLength);
     if (half > 0.0)
         sum = static_cast<float>(sum / half);
 
+    m_circularity = Circularity(m_lesionArea, m_lesionPerimeter);
     if (m_lesionPerimeter == 0.0f) {
-        m_circularity = 1.0f;
         m_ellipseRatio = 1.0f;
     } else {
-        const double perimeter = static_cast<double>(m_lesionPerimeter);
-        m_circularity = static_cast<float>(static_cast<double>(m_lesionArea) * kFourPi / (perimeter * perimeter));
         m_ellipseRatio = static_cast<float>(static_cast<double>(m_majorAxisLength) * kPi *
                                             static_cast<double>(m_minorAxisLength) /
                                             static_cast<double>(4.0f * m_lesionPerimeter));

@@ -9,27 +9,6 @@
 #include "BoundarySharpness/BoundarySharpness.h"
 #include "BusFeature/BusFeature.h"
 
-namespace {
-
-// Column and row sums of an int mask over rows x cols, wrapping as 32-bit ints.
-cv::Point WeightedCentroid(const cv::Mat& mask32, int rows, int cols, float divisor)
-{
-    // The sums run over the object's own size; a smaller mask would be read past its end.
-    if (mask32.rows < rows || mask32.cols < cols)
-        throw std::out_of_range("centroid mask smaller than the region");
-    int sumX = 0, sumY = 0;
-    for (int r = 0; r < rows; ++r) {
-        const int* row = mask32.ptr<int>(r);
-        for (int c = 0; c < cols; ++c) {
-            sumX = WrapAdd(sumX, WrapMul(row[c], c));
-            sumY = WrapAdd(sumY, WrapMul(row[c], r));
-        }
-    }
-    return cv::Point(TruncToInt(static_cast<float>(sumX) / divisor), TruncToInt(static_cast<float>(sumY) / divisor));
-}
-
-} // namespace
-
 cv::Point BUSFeature::CalcCentroid(bool useOrgan)
 {
     cv::Mat mask32;
@@ -124,42 +103,44 @@ double BUSFeature::NormRadialGradient(const std::vector<cv::Point>& contour, cv:
 
 void BUSFeature::CalcuNrg() { m_nrg = static_cast<float>(NormRadialGradient(m_lesionCont, m_centroid, m_srcImg)); }
 
-std::vector<float> BUSFeature::GetShapeFeatureMy()
+DefectDepths DeepDefects(const std::vector<cv::Point>& contour, double floor)
 {
     std::vector<int> hull;
     std::vector<cv::Vec4i> defects;
-    cv::convexHull(m_lesionCont, hull, false, false);
-    cv::convexityDefects(m_lesionCont, hull, defects);
-
-    float count = 0.0f;
-    float sum = 0.0f;
-    std::vector<float> depths;
+    cv::convexHull(contour, hull, false, false);
+    cv::convexityDefects(contour, hull, defects);
+    DefectDepths deep;
     for (const cv::Vec4i& d : defects) {
         const float depth = static_cast<float>(d[3] * 0.00390625);
-        if (depth > 5.0) {
-            count += 1.0f;
-            sum += depth;
-            depths.push_back(depth);
+        if (depth > floor) {
+            deep.count += 1.0f;
+            deep.sum += depth;
+            deep.greatest = std::max(deep.greatest, depth);
         }
     }
-    std::sort(depths.begin(), depths.end());
-    float mean = 0.0f;
-    float greatest = 0.0f;
-    if (count > 0.0f) {
-        mean = sum / count;
-        greatest = depths.back();
-    }
+    return deep;
+}
+
+float Circularity(float area, float perimeter)
+{
+    if (perimeter == 0.0f)
+        return 1.0f;
+    return static_cast<float>(static_cast<double>(area) * 12.566370614359172 /
+                              (static_cast<double>(perimeter) * perimeter));
+}
+
+std::vector<float> BUSFeature::GetShapeFeatureMy()
+{
+    const DefectDepths deep = DeepDefects(m_lesionCont, 5.0);
+    float mean = deep.count > 0.0f ? deep.sum / deep.count : 0.0f;
+    float greatest = deep.greatest;
     const double half = 0.5 * std::min(m_majorAxisLength, m_minorAxisLength);
     if (half > 0.0) {
         mean = static_cast<float>(mean / half);
         greatest = static_cast<float>(greatest / half);
     }
-    if (m_lesionPerimeter == 0.0f)
-        m_circularity = 1.0f;
-    else
-        m_circularity = static_cast<float>(static_cast<double>(m_lesionArea) * 12.566370614359172 /
-                                           (static_cast<double>(m_lesionPerimeter) * m_lesionPerimeter));
-    return {mean, greatest, count};
+    m_circularity = Circularity(m_lesionArea, m_lesionPerimeter);
+    return {mean, greatest, deep.count};
 }
 
 std::vector<float> BUSFeature::ThyGetMarginFeatureMy() { return GetShapeFeatureMy(); }

@@ -124,16 +124,7 @@ cv::Point CalcLesionCenter(cv::Mat image, std::vector<cv::Point> contour)
 {
     cv::Mat filled = cv::Mat::zeros(image.size(), CV_32S);
     DrawContour(filled, contour, cv::Scalar(1), cv::FILLED, cv::LINE_8);
-    int sumX = 0, sumY = 0;
-    for (int r = 0; r < filled.rows; ++r) {
-        const int* row = filled.ptr<int>(r);
-        for (int c = 0; c < filled.cols; ++c) {
-            sumX = WrapAdd(sumX, WrapMul(row[c], c));
-            sumY = WrapAdd(sumY, WrapMul(row[c], r));
-        }
-    }
-    const float area = static_cast<float>(SafeContourArea(contour, false));
-    return cv::Point(TruncToInt(static_cast<float>(sumX) / area), TruncToInt(static_cast<float>(sumY) / area));
+    return WeightedCentroid(filled, filled.rows, filled.cols, static_cast<float>(SafeContourArea(contour, false)));
 }
 
 void SelectShapeArea(cv::Mat image, cv::Mat& drawing, std::vector<std::vector<cv::Point>> contours,

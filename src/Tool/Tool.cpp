@@ -131,6 +131,22 @@ bool compX(const cv::Point& a, const cv::Point& b) { return a.x < b.x; }
 bool compY(const cv::Point& a, const cv::Point& b) { return a.y < b.y; }
 bool descendSort(const std::vector<cv::Point>& a, const std::vector<cv::Point>& b) { return a.size() > b.size(); }
 
+cv::Point WeightedCentroid(const cv::Mat& mask32, int rows, int cols, float divisor)
+{
+    // The sums run over the caller's size; a smaller mask would be read past its end.
+    if (mask32.rows < rows || mask32.cols < cols)
+        throw std::out_of_range("centroid mask smaller than the region");
+    int sumX = 0, sumY = 0;
+    for (int r = 0; r < rows; ++r) {
+        const int* row = mask32.ptr<int>(r);
+        for (int c = 0; c < cols; ++c) {
+            sumX = WrapAdd(sumX, WrapMul(row[c], c));
+            sumY = WrapAdd(sumY, WrapMul(row[c], r));
+        }
+    }
+    return cv::Point(TruncToInt(static_cast<float>(sumX) / divisor), TruncToInt(static_cast<float>(sumY) / divisor));
+}
+
 float GrayDiff(const cv::Mat& mask, const cv::Mat& image, int k, bool wholeMask)
 {
     const cv::Mat kernel = cv::getStructuringElement(cv::MORPH_RECT, cv::Size(k, k), cv::Point(-1, -1));

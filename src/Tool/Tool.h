@@ -55,6 +55,11 @@ SONOLEX_EXPORT bool compX(const cv::Point& a, const cv::Point& b);
 SONOLEX_EXPORT bool compY(const cv::Point& a, const cv::Point& b);
 SONOLEX_EXPORT bool descendSort(const std::vector<cv::Point>& a, const std::vector<cv::Point>& b);
 
+// Centroid of an int mask over its first rows x cols: the column and row
+// sums of mask value times position, in wrapping 32-bit ints, each over
+// `divisor` in float, truncated. A mask smaller than rows x cols is refused.
+SONOLEX_EXPORT cv::Point WeightedCentroid(const cv::Mat& mask32, int rows, int cols, float divisor);
+
 // ---- grey statistics ----
 // |mean of the ring outside a 0/1 mask - mean inside it (or of its inner ring)|.
 SONOLEX_EXPORT float GrayDiff(const cv::Mat& mask, const cv::Mat& image, int k, bool wholeMask);
