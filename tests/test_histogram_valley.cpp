@@ -1,4 +1,6 @@
 // The histogram valley searches: drawn two-peak and one-peak histograms.
+#include <cmath>
+
 #include <gtest/gtest.h>
 
 #include "BusFeature/BusFeature.h"
@@ -82,4 +84,27 @@ TEST(HistogramValley, CornerAtGreyZeroCountsOnlyForTheThyroid)
     const Valleys v = Search(Histogram({{0, 106}, {30, 56}, {60, 230}}));
     EXPECT_EQ(v.general, 0.0f);
     EXPECT_EQ(v.thyroid, 30.0f);
+}
+
+TEST(HistogramValley, BaselineWalkSkipsTheCornerThatSlidesIntoAnErasedPlace)
+{
+    // Two Gaussian peaks of height 400 at greys 40 and 120: round(400 exp(-(g-40)^2 / 2s^2)
+    // + 400 exp(-(g-120)^2 / 2s^2)) pixels of each grey g. For s = 8 the closed picture's
+    // polygon is (40,26) (23,237) (0,255) (255,255) (141,250) (120,26) (101,245) (61,250)
+    // (40,27). The walk erases (23,237) and steps past (0,255), which slid into its place;
+    // likewise (255,255) then (141,250), and (101,245) then (61,250). Of the baseline corners
+    // (0,255), (141,250) and (61,250) remain, and (61,250) lies between the two tops at x 40
+    // and 120: (40 + 120) / 2 = 80. Re-examining the slid corners would erase every baseline
+    // corner and leave no valley. s = 6, 10 and 12 walk the same way.
+    for (const double sigma : {6.0, 8.0, 10.0, 12.0}) {
+        std::vector<std::pair<int, int>> levels;
+        for (int g = 0; g < 256; ++g) {
+            const double a = (g - 40) / sigma, b = (g - 120) / sigma;
+            levels.emplace_back(g, static_cast<int>(std::lround(400.0 * std::exp(-a * a / 2.0) +
+                                                                 400.0 * std::exp(-b * b / 2.0))));
+        }
+        const Valleys v = Search(Histogram(levels));
+        EXPECT_EQ(v.general, 80.0f) << "sigma " << sigma;
+        EXPECT_EQ(v.thyroid, 80.0f) << "sigma " << sigma;
+    }
 }

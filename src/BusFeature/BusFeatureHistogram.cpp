@@ -47,12 +47,12 @@ float HistogramValley(cv::Mat image, cv::Mat mask, const ValleySearch& how)
     if (!contours.empty())
         cv::approxPolyDP(contours[0], P, 12.0, false);
 
-    for (size_t i = 0; i < P.size();) {
+    // The walk steps on after an erase too: the corner that slides into the
+    // erased place is not examined.
+    for (size_t i = 0; i < P.size(); ++i) {
         const bool lowX = how.lowXStrict ? P[i].x < 0 : P[i].x <= 0;
         if (lowX ? P[i].y > 100 : P[i].y > 230)
             P.erase(P.begin() + static_cast<long>(i));
-        else
-            ++i;
     }
 
     std::sort(P.begin(), P.end(), compX);
