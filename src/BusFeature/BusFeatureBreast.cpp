@@ -117,8 +117,7 @@ void BUSFeature::IntiBreastPara(const std::vector<cv::Point>& contour)
     // the ring, lie within that box widened by the element's half size.
     const cv::Mat element = cv::getStructuringElement(cv::MORPH_ELLIPSE, cv::Size(15, 15), cv::Point(-1, -1));
     const cv::Rect bounds = cv::boundingRect(m_lesionCont);
-    const cv::Rect box = cv::Rect(bounds.x - 7, bounds.y - 7, bounds.width + 14, bounds.height + 14) &
-                         cv::Rect(0, 0, m_width, m_height);
+    const cv::Rect box = GrowWithin(bounds, 7, cv::Size(m_width, m_height));
     const cv::Mat boxMask = m_lesionMask(box).clone();
     cv::Mat ring;
     cv::subtract(DilateByCentredRuns(boxMask, element), boxMask, ring);

@@ -27,8 +27,7 @@ void MeasureHole(const std::vector<cv::Point>& outline, const cv::Mat& image, in
                  HoleCounters& counters)
 {
     const cv::Rect bounds = cv::boundingRect(outline);
-    const cv::Rect box = cv::Rect(bounds.x - 1, bounds.y - 1, bounds.width + 2, bounds.height + 2) &
-                         cv::Rect(0, 0, image.cols, image.rows);
+    const cv::Rect box = GrowWithin(bounds, 1, image.size());
     cv::Mat single = cv::Mat::zeros(box.height, box.width, CV_8UC1);
     SafeDrawContours(single, std::vector<std::vector<cv::Point>>(1, outline), 0, cv::Scalar(255), cv::FILLED,
                      cv::LINE_8, INT_MAX, cv::Point(-box.x, -box.y));

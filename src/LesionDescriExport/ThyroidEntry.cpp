@@ -16,6 +16,9 @@ cv::Mat BrightestPlane(const cv::Mat& wrapped)
 {
     if (wrapped.channels() == 1)
         return wrapped.clone();
+    // An empty image splits into no planes at all; end the call as the grey path does.
+    if (wrapped.empty())
+        throw std::invalid_argument("empty colour image");
     std::vector<cv::Mat> planes;
     cv::split(wrapped, planes);
     size_t best = 0;

@@ -2,6 +2,7 @@
 // OpenCV calls and float-to-int conversions defined on every input.
 #pragma once
 
+#include <algorithm>
 #include <climits>
 #include <cstdint>
 #include <vector>
@@ -17,6 +18,19 @@ inline int WrapAdd(int a, int b) { return int(uint32_t(a) + uint32_t(b)); }
 inline int WrapSub(int a, int b) { return int(uint32_t(a) - uint32_t(b)); }
 inline int WrapMul(int a, int b) { return int(uint32_t(a) * uint32_t(b)); }
 inline int WrapAbs(int a) { return a < 0 ? WrapSub(0, a) : a; }
+
+// `box` widened by `margin` on every side, then cut to an image of `size`.
+// Taken in 64 bits: a caller's outline may lie near the int limits.
+inline cv::Rect GrowWithin(const cv::Rect& box, int margin, const cv::Size& size)
+{
+    const int64_t x0 = std::max<int64_t>(int64_t(box.x) - margin, 0);
+    const int64_t y0 = std::max<int64_t>(int64_t(box.y) - margin, 0);
+    const int64_t x1 = std::min<int64_t>(int64_t(box.x) + box.width + margin, size.width);
+    const int64_t y1 = std::min<int64_t>(int64_t(box.y) + box.height + margin, size.height);
+    if (x1 <= x0 || y1 <= y0)
+        return cv::Rect();
+    return cv::Rect(int(x0), int(y0), int(x1 - x0), int(y1 - y0));
+}
 
 // Float to int, truncated toward zero. NaN, infinity and values outside the
 // int range give INT_MIN, as the x86 conversion instruction does.
