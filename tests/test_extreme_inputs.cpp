@@ -1,5 +1,7 @@
 // Inputs at the edges of what a host can pass: coordinates near the int
 // limits and empty images. Each call ends with a defined record.
+#include <climits>
+#include <cmath>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -40,4 +42,46 @@ TEST(ExtremeInputs, EmptyImageOfAnyChannelCountKeepsTheThyroidPresets)
             EXPECT_EQ(r.margin, 0) << channels << " channels, " << size;
             EXPECT_EQ(r.calcification, 0) << channels << " channels, " << size;
         }
+}
+
+TEST(ExtremeInputs, OutlinesReachingFarAboveTheImageKeepTheirRecords)
+{
+    const std::vector<unsigned char> image(200 * 150, 100);
+    const lesionAxisPointEnd axis = {{10, 30}, {50, 30}, {30, 10}, {30, 50}};
+
+    // A lesion with two points 2^30 rows above and below a 64 x 64 image:
+    // axes 40 and 40 give orientation 2, and the call reaches shape.
+    const MyPoint tall[7] = {{20, 20}, {40, 20}, {44, 30}, {40, 40}, {20, 40}, {0, -1073741824}, {0, 1073740824}};
+    BreastResult breast = {9, 9, 9, 9, 9, 9};
+    BreastDescription(image.data(), 1, 64, 64, RoiCoor{0, 0, 64, 64}, 7, tall, axis, &breast);
+    EXPECT_EQ(breast.orientation, 2);
+    EXPECT_NE(breast.shape, 0);
+
+    // A region starting at row -2^31 does not lie inside the image: all 0.
+    std::vector<MyPoint> ring;
+    for (int i = 0; i < 12; ++i)
+        ring.push_back({static_cast<int32_t>(std::lround(20 + 8 * std::cos(i * CV_PI / 6))),
+                        static_cast<int32_t>(std::lround(32 + 8 * std::sin(i * CV_PI / 6)))});
+    const MyPoint model[4] = {{2, -10}, {8, -10}, {8, 10}, {2, 10}};
+    const int32_t modelSize = 4;
+    BreastResult withModel = {9, 9, 9, 9, 9, 9};
+    BreastDescriptionHaveModelProcess(image.data(), 1, 64, 64, RoiCoor{0, INT_MIN, 10, 10}, 12, ring.data(), 1,
+                                      &modelSize, model, axis, &withModel);
+    EXPECT_EQ(withModel.shape + withModel.orientation + withModel.echo + withModel.boundary + withModel.margin +
+                  withModel.calcification,
+              0);
+
+    // A plaque 2^31 rows above a vessel in the image: the call still
+    // measures the vessel's inner diameter, and `reserved` stays the host's.
+    const MyPoint plaque[4] = {{90, -2147483647}, {100, -2147483647}, {100, -2147483587}, {90, -2147483587}};
+    std::vector<MyPoint> vessel;
+    for (int i = 0; i < 40; ++i)
+        vessel.push_back({static_cast<int32_t>(std::lround(100 + 60 * std::cos(i * CV_PI / 20))),
+                          static_cast<int32_t>(std::lround(75 + 25 * std::sin(i * CV_PI / 20)))});
+    const int vesselSize = 40;
+    PlaqueResult carotid = {9, 9, 9, 9, 9, 9, 9};
+    CarotidPlaqueDescription(image.data(), 1, 200, 150, RoiCoor{0, 0, 0, 0}, 1, &vesselSize, 40, vessel.data(), 4,
+                             plaque, &carotid);
+    EXPECT_EQ(carotid.reserved, 9);
+    EXPECT_NE(carotid.secondX, 9);
 }

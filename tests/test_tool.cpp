@@ -194,3 +194,46 @@ TEST(ContourGuards, EmptyContourBesideRealOnesIsSkipped)
     EXPECT_EQ(cv::countNonZero(image), 9); // the 3x3 square, outline included
     EXPECT_EQ(SafeContourArea(square), 4.0);
 }
+
+TEST(ContourGuards, BoundedFillDrawsTheSamePixelsAsOpenCV)
+{
+    // Random outlines, some reaching tens of thousands of rows above the
+    // image (where OpenCV's own scan is still quick enough to compare),
+    // drawn filled both ways with an offset: every pixel agrees.
+    cv::RNG rng(15);
+    for (int trial = 0; trial < 3000; ++trial) {
+        const int w = rng.uniform(1, 40), h = rng.uniform(1, 40);
+        std::vector<std::vector<cv::Point>> contours(static_cast<size_t>(rng.uniform(1, 3)));
+        for (auto& c : contours)
+            for (int k = rng.uniform(1, 9); k > 0; --k) {
+                const int x = rng.uniform(0, 8) == 0 ? rng.uniform(-30000, 30000) : rng.uniform(-w, 2 * w);
+                const int y = rng.uniform(0, 3) == 0 ? rng.uniform(-30000, 0) : rng.uniform(-h, 2 * h);
+                c.emplace_back(x, y);
+            }
+        const cv::Point offset(rng.uniform(-5, 6), rng.uniform(-5, 6));
+        cv::Mat expected = cv::Mat::zeros(h, w, CV_8U), drawn = expected.clone();
+        cv::drawContours(expected, contours, -1, cv::Scalar(51), cv::FILLED, cv::LINE_8, cv::noArray(), INT_MAX,
+                         offset);
+        FillContoursBounded(drawn, contours, cv::Scalar(51), cv::LINE_8, offset);
+        ASSERT_EQ(cv::countNonZero(expected != drawn), 0) << "trial " << trial;
+    }
+}
+
+TEST(ContourGuards, OutlineNearTheIntLimitsFillsOnlyTheImageRows)
+{
+    // A triangle from (4, 2 - 2^31) down to (8, 4) and (0, 4). Both slanted
+    // sides move 4 columns over 2^31 + 2 rows: 4 * 2^16 / (2^31 + 2)
+    // truncates to a step of 0, so both cross every row at x = 4 and the
+    // fill is column 4 of rows 0 to 3. The strokes are clipped to row 0 at
+    // x = 4 + 2^31 * 4 / (2^31 + 2) = 4 + 3 = 7 and x = 4 - 3 = 1 (both
+    // truncated), then run to (8, 4) and (0, 4); the bottom side fills row 4.
+    cv::Mat mask = cv::Mat::zeros(6, 10, CV_8U);
+    DrawContour(mask, {{4, -2147483646}, {8, 4}, {0, 4}}, cv::Scalar(255), cv::FILLED, cv::LINE_8);
+    const cv::Mat expected = 255 * (cv::Mat_<uchar>(6, 10) << 0, 1, 0, 0, 1, 0, 0, 1, 0, 0,
+                                                               0, 1, 0, 0, 1, 0, 0, 1, 0, 0,
+                                                               1, 0, 0, 0, 1, 0, 0, 1, 0, 0,
+                                                               1, 0, 0, 0, 1, 0, 0, 0, 1, 0,
+                                                               1, 1, 1, 1, 1, 1, 1, 1, 1, 0,
+                                                               0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
+    EXPECT_EQ(cv::countNonZero(mask != expected), 0) << mask;
+}

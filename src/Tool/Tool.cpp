@@ -1,5 +1,6 @@
 #include "Tool/Tool.h"
 
+#include <algorithm>
 #include <cmath>
 #include <stdexcept>
 
@@ -22,6 +23,112 @@ int RoundToInt(double value)
     return static_cast<int>(rounded);
 }
 
+namespace {
+
+// Rows an outline may reach above the image before OpenCV's fill, which
+// scans from the outline's top row, is replaced by the bounded one.
+constexpr int kFarRows = 4096;
+
+// OpenCV's scan costs a row for every row from the outline's top, wherever
+// that lies; below the image it stops at the last row.
+bool ReachesFarAbove(const std::vector<std::vector<cv::Point>>& contours, int thickness, int lineType,
+                     cv::Point offset)
+{
+    if (thickness >= 0 || lineType == cv::LINE_AA)
+        return false;
+    for (const auto& c : contours)
+        for (const cv::Point& p : c)
+            if (WrapAdd(p.y, offset.y) < -kFarRows)
+                return true;
+    return false;
+}
+
+void DrawContoursBounded(cv::InputOutputArray image, const std::vector<std::vector<cv::Point>>& contours, int index,
+                         const cv::Scalar& colour, int thickness, int lineType, int maxLevel, cv::Point offset)
+{
+    if (ReachesFarAbove(contours, thickness, lineType, offset)) {
+        cv::Mat target = image.getMat();
+        FillContoursBounded(target, contours, colour, lineType, offset);
+        return;
+    }
+    cv::drawContours(image, contours, index, colour, thickness, lineType, cv::noArray(), maxLevel, offset);
+}
+
+} // namespace
+
+void FillContoursBounded(cv::Mat& image, const std::vector<std::vector<cv::Point>>& contours,
+                         const cv::Scalar& colour, int lineType, cv::Point offset)
+{
+    struct Edge {
+        int y0, y1;    // rows from y0 up to, not including, y1
+        int64_t x, dx; // 16.16 fixed point at row y0, and per row
+    };
+    constexpr int kShift = 16;
+    std::vector<Edge> edges;
+    for (const auto& c : contours) {
+        if (c.empty())
+            continue;
+        // The outline is walked closed from its first point back to it,
+        // beginning with the first point on itself, each side stroked.
+        const auto at = [&](size_t i) {
+            const cv::Point& p = c[i % c.size()];
+            return cv::Point(WrapAdd(p.x, offset.x), WrapAdd(p.y, offset.y));
+        };
+        cv::Point from = at(0);
+        for (size_t i = 0; i <= c.size(); ++i) {
+            const cv::Point to = at(i);
+            cv::line(image, from, to, colour, 1, lineType, 0);
+            if (from.y != to.y) {
+                const int64_t fx = int64_t(from.x) * (int64_t(1) << kShift);
+                const int64_t tx = int64_t(to.x) * (int64_t(1) << kShift);
+                Edge e;
+                e.y0 = std::min(from.y, to.y);
+                e.y1 = std::max(from.y, to.y);
+                e.x = from.y < to.y ? fx : tx;
+                e.dx = (tx - fx) / (int64_t(to.y) - int64_t(from.y));
+                edges.push_back(e);
+            }
+            from = to;
+        }
+    }
+    if (edges.size() < 2)
+        return;
+
+    std::sort(edges.begin(), edges.end(), [](const Edge& a, const Edge& b) { return a.y0 < b.y0; });
+    int yMax = INT_MIN;
+    for (const Edge& e : edges)
+        yMax = std::max(yMax, e.y1);
+    const int first = std::max(edges.front().y0, 0);
+    const int last = std::min(yMax, image.rows);
+
+    // Each row fills between the 1st and 2nd, 3rd and 4th, ... crossing in
+    // x order: from the first pixel at or right of the left crossing to the
+    // last at or left of the right one.
+    std::vector<const Edge*> active;
+    std::vector<int64_t> xs;
+    size_t next = 0;
+    for (int y = first; y < last; ++y) {
+        while (next < edges.size() && edges[next].y0 <= y)
+            active.push_back(&edges[next++]);
+        active.erase(std::remove_if(active.begin(), active.end(), [y](const Edge* e) { return e->y1 <= y; }),
+                     active.end());
+        xs.clear();
+        for (const Edge* e : active)
+            xs.push_back(e->x + int64_t(y - int64_t(e->y0)) * e->dx);
+        std::sort(xs.begin(), xs.end());
+        for (size_t k = 0; k + 1 < xs.size(); k += 2) {
+            int x1 = int(uint32_t((xs[k] + (int64_t(1) << kShift) - 1) >> kShift));
+            int x2 = int(uint32_t(xs[k + 1] >> kShift));
+            if (x1 < image.cols && x2 >= 0) {
+                x1 = std::max(x1, 0);
+                x2 = std::min(x2, image.cols - 1);
+                if (x1 <= x2)
+                    image.row(y).colRange(x1, x2 + 1).setTo(colour);
+            }
+        }
+    }
+}
+
 void SafeDrawContours(cv::InputOutputArray image, const std::vector<std::vector<cv::Point>>& contours, int index,
                       const cv::Scalar& colour, int thickness, int lineType, int maxLevel, cv::Point offset)
 {
@@ -29,7 +136,7 @@ void SafeDrawContours(cv::InputOutputArray image, const std::vector<std::vector<
         if (contours[index].empty())
             return;
         std::vector<std::vector<cv::Point>> one(1, contours[index]);
-        cv::drawContours(image, one, 0, colour, thickness, lineType, cv::noArray(), maxLevel, offset);
+        DrawContoursBounded(image, one, 0, colour, thickness, lineType, maxLevel, offset);
         return;
     }
     if (index >= 0) { // an index past the list: let OpenCV raise as it does
@@ -41,7 +148,7 @@ void SafeDrawContours(cv::InputOutputArray image, const std::vector<std::vector<
         anyEmpty = anyEmpty || c.empty();
     if (!anyEmpty) {
         if (!contours.empty())
-            cv::drawContours(image, contours, -1, colour, thickness, lineType, cv::noArray(), maxLevel, offset);
+            DrawContoursBounded(image, contours, -1, colour, thickness, lineType, maxLevel, offset);
         return;
     }
     std::vector<std::vector<cv::Point>> drawn;
@@ -49,7 +156,7 @@ void SafeDrawContours(cv::InputOutputArray image, const std::vector<std::vector<
         if (!c.empty())
             drawn.push_back(c);
     if (!drawn.empty())
-        cv::drawContours(image, drawn, -1, colour, thickness, lineType, cv::noArray(), maxLevel, offset);
+        DrawContoursBounded(image, drawn, -1, colour, thickness, lineType, maxLevel, offset);
 }
 
 void DrawContour(cv::InputOutputArray image, const std::vector<cv::Point>& contour, const cv::Scalar& colour,
@@ -58,7 +165,7 @@ void DrawContour(cv::InputOutputArray image, const std::vector<cv::Point>& conto
     if (contour.empty())
         return;
     const std::vector<std::vector<cv::Point>> one(1, contour);
-    cv::drawContours(image, one, 0, colour, thickness, lineType, cv::noArray(), INT_MAX, cv::Point(0, 0));
+    DrawContoursBounded(image, one, 0, colour, thickness, lineType, INT_MAX, cv::Point(0, 0));
 }
 
 bool FillAndTakeOutline(std::vector<cv::Point>& contour, std::vector<cv::Point>& copy, cv::Mat mask)

@@ -52,6 +52,13 @@ SONOLEX_EXPORT void DrawContour(cv::InputOutputArray image, const std::vector<cv
 // first external outline of the result (twice over when they are one
 // vector); false, vectors untouched, if there is none.
 SONOLEX_EXPORT bool FillAndTakeOutline(std::vector<cv::Point>& contour, std::vector<cv::Point>& copy, cv::Mat mask);
+// cv::drawContours filled (no hierarchy), for outlines that reach far
+// above the image: the same pixels, with the scan bounded by the image's
+// rows. OpenCV's own scan walks every row from the outline's top, which
+// takes seconds for a point near the int limits. Outline strokes first,
+// then the even-odd fill of 16.16 fixed-point edges, as OpenCV does.
+SONOLEX_EXPORT void FillContoursBounded(cv::Mat& image, const std::vector<std::vector<cv::Point>>& contours,
+                                        const cv::Scalar& colour, int lineType, cv::Point offset);
 // cv::contourArea, with 0 for an empty contour.
 SONOLEX_EXPORT double SafeContourArea(const std::vector<cv::Point>& contour, bool oriented = false);
 SONOLEX_EXPORT double SafeContourArea(const std::vector<cv::Point2f>& contour, bool oriented = false);
