@@ -97,7 +97,7 @@ extern "C" SONOLEX_API void BreastDescriptionHaveModelProcess(const unsigned cha
     try {
         // The model's regions are drawn once before anything else, so that a
         // bad size ends the call before any verdict is stored.
-        ModelMask(roi, modelContourCount, modelContourSizes, modelPoints);
+        ModelMask(roi, cv::Size(width, height), modelContourCount, modelContourSizes, modelPoints);
 
         const cv::Mat wrapped = WrapImage(image, channels, width, height);
         const cv::Mat grey = MakeGrey(wrapped);

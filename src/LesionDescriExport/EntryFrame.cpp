@@ -37,18 +37,31 @@ std::vector<cv::Point> CopyContour(const MyPoint* points, int count)
     return contour;
 }
 
-cv::Mat RegionView(const cv::Mat& grey, const cv::Rect& region)
+namespace {
+
+void RequireInside(const cv::Rect& region, const cv::Size& image)
 {
     const int64_t right = int64_t(region.x) + region.width;
     const int64_t bottom = int64_t(region.y) + region.height;
-    if (region.x < 0 || region.y < 0 || region.width < 0 || region.height < 0 || right > grey.cols ||
-        bottom > grey.rows)
+    if (region.x < 0 || region.y < 0 || region.width < 0 || region.height < 0 || right > image.width ||
+        bottom > image.height)
         throw std::out_of_range("region outside the image");
+}
+
+} // namespace
+
+cv::Mat RegionView(const cv::Mat& grey, const cv::Rect& region)
+{
+    RequireInside(region, grey.size());
     return cv::Mat(grey, region);
 }
 
-cv::Mat ModelMask(const RoiCoor& roi, int count, const int* sizes, const MyPoint* points)
+cv::Mat ModelMask(const RoiCoor& roi, const cv::Size& image, int count, const int* sizes, const MyPoint* points)
 {
+    // The region is cut from the image right after this mask; refusing it
+    // here ends the call the same way, before a mask the size of a region
+    // far larger than the image is made.
+    RequireInside(cv::Rect(roi.x, roi.y, roi.width, roi.height), image);
     cv::Mat mask = cv::Mat::zeros(roi.height, roi.width, CV_8U);
     // Sizes are read only from an array that exists.
     if (count > 0 && sizes == nullptr)

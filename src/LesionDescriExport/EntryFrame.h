@@ -25,6 +25,7 @@ cv::Mat RegionView(const cv::Mat& grey, const cv::Rect& region);
 // The host model's regions, packed as counts and points in whole-image
 // coordinates, each filled with 51 into a zero mask of the region's size.
 // A negative count draws nothing; a negative size raises std::length_error.
-cv::Mat ModelMask(const RoiCoor& roi, int count, const int* sizes, const MyPoint* points);
+// A region not wholly inside an image of size `image` is refused first.
+cv::Mat ModelMask(const RoiCoor& roi, const cv::Size& image, int count, const int* sizes, const MyPoint* points);
 // Every point less (dx, dy), into a new vector.
 std::vector<cv::Point> ShiftContour(const std::vector<cv::Point>& contour, int dx, int dy);

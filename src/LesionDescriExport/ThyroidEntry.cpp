@@ -70,7 +70,7 @@ extern "C" SONOLEX_API void ThyroidDescriptionModelAfterProcess(const unsigned c
     result->margin = 0;
     result->calcification = 0;
     try {
-        const cv::Mat modelMask = ModelMask(roi, modelContourCount, modelContourSizes, modelPoints);
+        const cv::Mat modelMask = ModelMask(roi, cv::Size(width, height), modelContourCount, modelContourSizes, modelPoints);
         const cv::Mat grey = BrightestPlane(WrapImage(image, channels, width, height));
         const cv::Rect region(roi.x, roi.y, roi.width, roi.height);
         const cv::Mat regionImage = RegionView(grey, region);
