@@ -140,6 +140,7 @@ cv::Mat LBF::NeumannBoundCond(cv::Mat& u)
     // The ring copies from two pixels inward; a smaller matrix has none there.
     if (nr < 3 || nc < 3)
         throw std::out_of_range("NeumannBoundCond: matrix smaller than 3 x 3");
+    CV_Assert(u.type() == CV_64FC1);
     // One after another in place, so on a 3 x 3 matrix later copies read earlier ones.
     u.at<double>(0, 0) = u.at<double>(2, 2);
     u.at<double>(nr - 1, 0) = u.at<double>(nr - 3, 2);
