@@ -28,8 +28,10 @@
 /* Turning a binary image into one region: MyFillHole fills holes that do not
  * reach the edge; GetTargetRegion keeps the largest external outline (or
  * appends (0, 0) when there is none); GetTargetRegion1 keeps the outline that
- * is large and close to a reference outline's centre. Not thread-safe only
- * in RandomColor, which draws from the global generator `rng`. */
+ * is large and close to a reference outline's centre, by
+ *   score = (area / sum of areas) * (sum of d / d), d = squared centre distance.
+ * Image coordinates of the binary image. All are thread-safe except
+ * RandomColor, which draws from the global generator `rng`. */
 #include "sonolex/RegionSelection.h"
 
 /* Axis measurement. LesionAxis finds the long axis (the principal direction's
@@ -38,16 +40,20 @@
  * the mask is 60 to 139 columns wide; results are scaled back, truncated, to
  * the mask's frame. Set m_contour and m_size, then SetMask and SetCentroid
  * (or SetPara), then CalcLesionAxis or CalcOrganAxis. Lengths are
- * sqrtf(dx*dx + dy*dy) in pixels of that frame. Throws when the working mask
- * has no outline or is empty. */
+ * sqrtf(dx*dx + dy*dy) in pixels of that frame. The object keeps the long
+ * axis' slope in m_longAxisSlope. Throws when the working mask is empty or
+ * has no outline, and when the outline has no points. */
 #include "sonolex/LesionAxis.h"
 
 /* Level set. LBF evolves phi (negative inside) by local binary fitting:
  *   phi += 0.1 * (200 * dirac * curv + (laplacian(phi) - curv) - dirac * force)
  * with a 29 x 29 Gaussian (sigma 7) as the local window, 15 steps in RunLBF.
- * CV_64F throughout; the object holds nothing. Where phi is flat the unit
- * normal is 0/0 and the result NaN, which RunLBF counts as inside. Throws
- * when the starting mask has no outline and on matrices under 3 x 3. */
+ * CV_64F throughout, in the pixels of the image handed in; the object holds
+ * nothing, so one object may serve several threads. Where phi is flat the
+ * unit normal is 0/0 and the result NaN, which RunLBF counts as inside: the
+ * mirrored border makes that happen on every image, and RunLBF's outline is
+ * then the image frame. Throws when the starting mask has no outline and on
+ * matrices under 3 x 3. */
 #include "sonolex/LBF.h"
 
 /* Distances between point sets. Hausdorff::CalcPtsDistanceTest gives, from
