@@ -221,21 +221,6 @@ TEST(OrganAxis, KeepsTheLongAxisFirstWhereTheLesionAxisWouldSwap)
     EXPECT_EQ(shortLength, la);
 }
 
-TEST(OrganAxis, ResizedOrganIsScaledBackByTruncation)
-{
-    // As for the lesion: 140 x 70 full mask, 102 x 51 at work, the row 25 from
-    // x 0 to 101; back 101 * 140 / 102 = 138.6 -> 138, 25 * 70 / 51 = 34.3 -> 34.
-    LesionAxis axis;
-    axis.m_size = cv::Size(140, 70);
-    axis.m_mask = cv::Mat(70, 140, CV_8UC1, cv::Scalar(255));
-    cv::Point longAxis[2], shortAxis[2];
-    float longLength = 0.0f, shortLength = 0.0f;
-    axis.CalcOrganAxis(cv::RotatedRect(), longAxis, shortAxis, longLength, shortLength);
-    EXPECT_EQ(longAxis[0], cv::Point(0, 34));
-    EXPECT_EQ(longAxis[1], cv::Point(138, 34));
-    EXPECT_FLOAT_EQ(longLength, 138.0f);
-}
-
 TEST(OrganAxis, AnOrganWithoutOutlineIsRefused)
 {
     cv::Point longAxis[2], shortAxis[2];

@@ -116,20 +116,3 @@ TEST(LbfRun, TheLevelSetTurnsNanAndTheOutlineIsTheWholeFrame)
         EXPECT_EQ(cv::boundingRect(out), cv::Rect(0, 0, 20, 16));
     }
 }
-
-TEST(LbfStart, RectangleAndCircleStartingFunctions)
-{
-    LBF lbf;
-    const cv::Mat image(5, 5, CV_8UC1, cv::Scalar(0));
-    cv::Mat phi;
-    // Rows 1 to 1 + 1 and columns 1 to 1 + 2, ends inclusive: 2 x 3 = 6 inside.
-    lbf.GenRectPhi(image, phi, 2.0, cv::Rect(1, 1, 2, 1));
-    EXPECT_EQ(cv::countNonZero(phi == -2.0), 6);
-    EXPECT_EQ(phi.at<double>(2, 3), -2.0);
-    EXPECT_EQ(phi.at<double>(3, 3), 2.0);
-    EXPECT_THROW(lbf.GenRectPhi(image, phi, 2.0, cv::Rect(3, 3, 2, 1)), std::out_of_range); // column 5 is outside
-    // Centre (2.5, 2.5), radius 1: (2,2), (3,2), (2,3), (3,3) at 0.5; (1,2) at 2.5 > 1.
-    lbf.GenCirclePhi(image, phi, 1.0, 1.0f);
-    EXPECT_EQ(cv::countNonZero(phi == -1.0), 4);
-    EXPECT_EQ(phi.at<double>(3, 3), -1.0);
-}
