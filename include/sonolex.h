@@ -22,7 +22,8 @@
  *   - No entry point throws, keeps state between calls, logs, or keeps or
  *     frees the caller's memory. All are reentrant.
  *
- * Records are fixed little-endian layouts of 32-bit integers with no padding.
+ * Records are fixed little-endian layouts of 32-bit fields (integers, and two
+ * IEEE single-precision floats in GallBladderWallResult) with no padding.
  */
 #ifndef SONOLEX_H
 #define SONOLEX_H
@@ -275,6 +276,47 @@ typedef struct GallWallResult {
 } GallWallResult;
 /* ---- gallwall records end ---- */
 
+/* ---- gallbladder records begin ---- */
+/* The gall bladder wall measured against the organ's long axis, written by
+ * GallBladderWallDescription. 32 bytes, little-endian.
+ *
+ * The lumen is outlined inside the organ, and on one side of the long axis
+ * each point of the lumen outline is matched with the nearest point of the
+ * organ outline; the distances are the wall's thickness as seen from the
+ * lumen. Distances are in pixels of the region of interest (the caller's
+ * pixels: the working scale is undone before measuring).
+ *
+ * Only wallVerdict is cleared by the call. Every other field keeps what the
+ * host left in it until the call has a verdict, and all of them are then
+ * written together, after wallVerdict. Read the rest only when wallVerdict
+ * is not 0. */
+typedef struct GallBladderWallResult {
+    /* byte 0: 1 the lumen keeps close to the organ outline (the largest
+     * nearest-point distance is at most a quarter of the organ outline's mean
+     * distance from the long axis); 2 it does not, or after trimming the
+     * ends one side had no outline left to compare; 0 the call did not
+     * reach a verdict. */
+    int32_t wallVerdict;
+    /* byte 4: never read or written. */
+    int32_t reserved;
+    /* byte 8: the largest nearest-point distance from the lumen outline to
+     * the organ outline, in region pixels. 0 when the verdict is 2 because a
+     * side was empty. */
+    float maxDistance;
+    /* byte 12: the mean of those nearest-point distances, in region pixels;
+     * 0 likewise. */
+    float meanDistance;
+    /* bytes 16 to 28: the pair that gives maxDistance, in whole-image
+     * coordinates: a point of the lumen outline and its nearest point of the
+     * organ outline. (0, 0) plus the region's corner when the verdict is 2
+     * because a side was empty. */
+    int32_t firstX;  /* byte 16: x (column) of the lumen point */
+    int32_t firstY;  /* byte 20: y (row) of the lumen point */
+    int32_t secondX; /* byte 24: x of the organ outline point */
+    int32_t secondY; /* byte 28: y of the organ outline point */
+} GallBladderWallResult;
+/* ---- gallbladder records end ---- */
+
 /* ---- breast entries begin ---- */
 /* Describes a breast lesion on a B-mode image: echo, boundary, margin and
  * calcification from the image, orientation from the host's axes, shape
@@ -468,6 +510,32 @@ SONOLEX_API void GallWallDescription(const unsigned char* image, int channels, i
                                      int outerPointCount, const MyPoint* outerPoints, int innerPointCount,
                                      const MyPoint* innerPoints, GallWallResult* result);
 /* ---- gallwall entries end ---- */
+
+/* ---- gallbladder entries begin ---- */
+/* Measures a gall bladder wall against the organ's long axis: outlines the
+ * lumen with a level set inside the organ, closes narrow gaps in that
+ * outline, and compares it with the organ outline on one side of the axis.
+ *   image, channels, width, height: the whole image, as described at the top
+ *       of this header; read only.
+ *   roi: region of interest in whole-image coordinates, used exactly as
+ *       given (no clipping, no margin). It must lie inside the image.
+ *   organPointCount, organPoints: organ outline in whole-image coordinates;
+ *       read only. A negative count, or a null array with a positive count,
+ *       ends the call.
+ *   result: written as GallBladderWallResult describes; owned by the host.
+ * A null image or result, or a channel count other than 1, 3 or 4, returns
+ * at once and writes nothing. Otherwise wallVerdict is set to 0 first, and
+ * bytes 4 to 31 keep the host's values unless a verdict is reached.
+ *
+ * In this release the organ outline is not yet taken into the measurement:
+ * the call drops the given points before the organ's mask is built, finds no
+ * organ to measure, and ends with wallVerdict 0 and bytes 4 to 31 as the
+ * host left them, whatever the image and outline. Hosts should treat
+ * wallVerdict 0 as "no measurement". */
+SONOLEX_API void GallBladderWallDescription(const unsigned char* image, int channels, int width, int height,
+                                            RoiCoor roi, int organPointCount, const MyPoint* organPoints,
+                                            GallBladderWallResult* result);
+/* ---- gallbladder entries end ---- */
 
 #ifdef __cplusplus
 }

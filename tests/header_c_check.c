@@ -49,5 +49,16 @@ _Static_assert(offsetof(GallWallResult, wallVerdict) == 0 && offsetof(GallWallRe
                "GallWallResult fields");
 /* ---- gallwall records end ---- */
 
+/* ---- gallbladder records begin ---- */
+_Static_assert(sizeof(GallBladderWallResult) == 32, "GallBladderWallResult is 32 bytes");
+_Static_assert(offsetof(GallBladderWallResult, wallVerdict) == 0 && offsetof(GallBladderWallResult, reserved) == 4 &&
+                   offsetof(GallBladderWallResult, maxDistance) == 8 &&
+                   offsetof(GallBladderWallResult, meanDistance) == 12 &&
+                   offsetof(GallBladderWallResult, firstX) == 16 && offsetof(GallBladderWallResult, firstY) == 20 &&
+                   offsetof(GallBladderWallResult, secondX) == 24 && offsetof(GallBladderWallResult, secondY) == 28,
+               "GallBladderWallResult fields");
+_Static_assert(sizeof(float) == 4, "maxDistance and meanDistance are 32-bit floats");
+/* ---- gallbladder records end ---- */
+
 int sonolex_header_c_check(void);
 int sonolex_header_c_check(void) { return (int)sizeof(BreastResult); }

@@ -191,3 +191,46 @@ TEST(AxisShort, FlatRectangleGetsAChordAcrossItsHeight)
     EXPECT_GE(std::min(out[0].x, out[1].x), 5);
     EXPECT_LE(std::max(out[0].x, out[1].x), 24);
 }
+
+TEST(OrganAxis, KeepsTheLongAxisFirstWhereTheLesionAxisWouldSwap)
+{
+    // A full-size organ tilted 80 degrees: CalcLesionAxis puts the short axis
+    // first; CalcOrganAxis has no tilt test and gives the long axis as long.
+    // Its ellipse comes from the argument, so m_ellipse may hold anything.
+    std::vector<cv::Point> outline;
+    cv::ellipse2Poly(cv::Point(30, 25), cv::Size(20, 8), 80, 0, 360, 1, outline);
+    const cv::RotatedRect ellipse = cv::fitEllipse(outline);
+    LesionAxis lesion;
+    lesion.m_size = cv::Size(60, 50);
+    lesion.m_mask = cv::Mat::zeros(50, 60, CV_8UC1);
+    lesion.m_contour = outline;
+    lesion.m_ellipse = ellipse;
+    LesionAxis organ = lesion;
+    organ.m_ellipse = cv::RotatedRect(cv::Point2f(1.0f, 1.0f), cv::Size2f(2.0f, 1.0f), 0.0f);
+
+    cv::Point a[2], b[2], longAxis[2], shortAxis[2];
+    float la = 0.0f, lb = 0.0f, longLength = 0.0f, shortLength = 0.0f;
+    lesion.CalcLesionAxis(a, b, la, lb);
+    organ.CalcOrganAxis(ellipse, longAxis, shortAxis, longLength, shortLength);
+    ASSERT_GT(std::fabs(AxisTiltDegrees(longAxis[0], longAxis[1])), 55.0); // so the lesion order swaps
+    EXPECT_EQ(longAxis[0], b[0]);
+    EXPECT_EQ(longAxis[1], b[1]);
+    EXPECT_EQ(shortAxis[0], a[0]);
+    EXPECT_EQ(shortAxis[1], a[1]);
+    EXPECT_EQ(longLength, lb);
+    EXPECT_EQ(shortLength, la);
+}
+
+TEST(OrganAxis, AnOrganWithoutOutlineIsRefused)
+{
+    cv::Point longAxis[2], shortAxis[2];
+    float longLength = 0.0f, shortLength = 0.0f;
+    // At full size the long-axis search takes the principal direction of no
+    // points, which OpenCV refuses before the short-axis search is reached.
+    LesionAxis fullSize = EmptyMaskAxis(60);
+    fullSize.m_contour.clear();
+    EXPECT_ANY_THROW(fullSize.CalcOrganAxis(fullSize.m_ellipse, longAxis, shortAxis, longLength, shortLength));
+    // A mask of no columns falls below the band, and resizing it is refused.
+    LesionAxis empty;
+    EXPECT_ANY_THROW(empty.CalcOrganAxis(cv::RotatedRect(), longAxis, shortAxis, longLength, shortLength));
+}

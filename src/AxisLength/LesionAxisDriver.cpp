@@ -10,11 +10,6 @@
 
 namespace {
 
-// Masks this many columns wide are measured as they are; others at a width of 102.
-constexpr int kBandLow = 60;
-constexpr int kBandHigh = 139;
-constexpr int kWorkingWidth = 102;
-
 float AxisLength(const cv::Point* axis)
 {
     const int dx = WrapSub(axis[0].x, axis[1].x);
@@ -22,13 +17,14 @@ float AxisLength(const cv::Point* axis)
     return std::sqrt(static_cast<float>(WrapAdd(WrapMul(dx, dx), WrapMul(dy, dy))));
 }
 
-} // namespace
-
-void LesionAxis::CalcLesionAxis(cv::Point* axisA, cv::Point* axisB, float& lengthA, float& lengthB)
+// Long and short axis of the mask in its own frame. Within the band the
+// outline and `ellipse` are used as they are; otherwise the mask is measured
+// at a width of 102 and the four points are scaled back, truncated.
+void MeasureAxes(LesionAxis& axis, const cv::RotatedRect& ellipseAtFullSize, cv::Point* longAxis, cv::Point* shortAxis)
 {
-    const int cols = m_mask.cols;
-    const int rows = m_mask.rows;
-    const bool resized = cols < kBandLow || cols > kBandHigh;
+    const int cols = axis.m_mask.cols;
+    const int rows = axis.m_mask.rows;
+    const bool resized = !IsAxisWorkingWidth(cols);
 
     cv::Mat workMask;
     cv::Mat canvas;
@@ -36,13 +32,13 @@ void LesionAxis::CalcLesionAxis(cv::Point* axisA, cv::Point* axisB, float& lengt
     cv::RotatedRect ellipse;
     int scaledRows = 0;
     if (!resized) {
-        workMask = m_mask.clone();
-        canvas = cv::Mat::zeros(m_size, CV_8UC3);
-        contour = m_contour;
-        ellipse = m_ellipse;
+        workMask = axis.m_mask.clone();
+        canvas = cv::Mat::zeros(axis.m_size, CV_8UC3);
+        contour = axis.m_contour;
+        ellipse = ellipseAtFullSize;
     } else {
-        scaledRows = RoundToInt((102.0f / static_cast<float>(cols)) * static_cast<float>(rows));
-        cv::resize(m_mask, workMask, cv::Size(kWorkingWidth, scaledRows), 0, 0, cv::INTER_LINEAR);
+        scaledRows = AxisWorkingRows(cols, rows);
+        cv::resize(axis.m_mask, workMask, cv::Size(kAxisWorkingWidth, scaledRows), 0, 0, cv::INTER_LINEAR);
         canvas = cv::Mat::zeros(workMask.size(), CV_8UC3);
         std::vector<std::vector<cv::Point>> found;
         cv::findContours(workMask, found, cv::RETR_EXTERNAL, cv::CHAIN_APPROX_NONE);
@@ -54,23 +50,47 @@ void LesionAxis::CalcLesionAxis(cv::Point* axisA, cv::Point* axisB, float& lengt
     }
     const cv::Rect box = cv::boundingRect(contour);
 
-    cv::Point longAxis[2];
-    GetLongAxisPts(canvas, contour, box, longAxis);
-    cv::Point shortAxis[2] = {cv::Point(0, 0), cv::Point(0, 0)};
-    GetShortAxisPts1(canvas, contour, ellipse, box, shortAxis);
+    axis.GetLongAxisPts(canvas, contour, box, longAxis);
+    shortAxis[0] = cv::Point(0, 0);
+    shortAxis[1] = cv::Point(0, 0);
+    axis.GetShortAxisPts1(canvas, contour, ellipse, box, shortAxis);
 
     if (resized) {
         const float fx = static_cast<float>(cols) / 102.0f;
         const float fy = static_cast<float>(rows) / static_cast<float>(scaledRows);
-        for (cv::Point* axis : {longAxis, shortAxis})
+        for (cv::Point* ends : {longAxis, shortAxis})
             for (int i = 0; i < 2; ++i)
-                axis[i] = cv::Point(TruncToInt(static_cast<float>(axis[i].x) * fx),
-                                    TruncToInt(static_cast<float>(axis[i].y) * fy));
+                ends[i] = cv::Point(TruncToInt(static_cast<float>(ends[i].x) * fx),
+                                    TruncToInt(static_cast<float>(ends[i].y) * fy));
     }
+}
 
+} // namespace
+
+void LesionAxis::CalcLesionAxis(cv::Point* axisA, cv::Point* axisB, float& lengthA, float& lengthB)
+{
+    cv::Point longAxis[2];
+    cv::Point shortAxis[2];
+    MeasureAxes(*this, m_ellipse, longAxis, shortAxis);
     OrderAxesByTilt(AxisTiltDegrees(longAxis[0], longAxis[1]), longAxis, shortAxis, axisA, axisB);
     lengthA = AxisLength(axisA);
     lengthB = AxisLength(axisB);
+}
+
+void LesionAxis::CalcOrganAxis(cv::RotatedRect ellipse, cv::Point* longAxis, cv::Point* shortAxis, float& longLength,
+                               float& shortLength)
+{
+    // No tilt test: the long axis stays first, and the short one is copied
+    // through even where the search left its zero pre-set.
+    cv::Point measuredLong[2];
+    cv::Point measuredShort[2];
+    MeasureAxes(*this, ellipse, measuredLong, measuredShort);
+    for (int i = 0; i < 2; ++i) {
+        longAxis[i] = measuredLong[i];
+        shortAxis[i] = measuredShort[i];
+    }
+    longLength = AxisLength(longAxis);
+    shortLength = AxisLength(shortAxis);
 }
 
 namespace {

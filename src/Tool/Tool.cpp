@@ -227,6 +227,13 @@ float distance(cv::Point a, cv::Point b)
     return static_cast<float>(std::sqrt(static_cast<double>(WrapAdd(WrapMul(dx, dx), WrapMul(dy, dy)))));
 }
 
+float DoubleDistance(cv::Point a, cv::Point b)
+{
+    const double dx = static_cast<double>(WrapSub(a.x, b.x));
+    const double dy = static_cast<double>(WrapSub(a.y, b.y));
+    return static_cast<float>(std::sqrt(dx * dx + dy * dy));
+}
+
 float distance(cv::Point2f a, cv::Point2f b)
 {
     const float dx = a.x - b.x;

@@ -1,0 +1,91 @@
+// Long and short axis of a closed outline. The long axis runs along the
+// outline's principal direction; the short axis is the longest chord in a
+// band of lines roughly across it. Callers copy an outline and an image size
+// into the object and leave every other field zero.
+#pragma once
+
+#include <utility>
+#include <vector>
+
+#include <opencv2/core.hpp>
+
+#include "sonolex/Tool.h"
+
+// Masks 60 to 139 columns wide are measured as they are; the others at a
+// width of 102. The gall bladder wall entry picks its working scale by the
+// same band, so both read it from here.
+constexpr int kAxisBandLow = 60;
+constexpr int kAxisBandHigh = 139;
+constexpr int kAxisWorkingWidth = 102;
+inline bool IsAxisWorkingWidth(int cols) { return cols >= kAxisBandLow && cols <= kAxisBandHigh; }
+// Rows at the working width: 102 / cols * rows in float, rounded half to even.
+inline int AxisWorkingRows(int cols, int rows)
+{
+    return RoundToInt((102.0f / static_cast<float>(cols)) * static_cast<float>(rows));
+}
+
+class SONOLEX_EXPORT LesionAxis {
+public:
+    void SetCentroid(cv::Point centroid);
+    void SetNewSize(cv::Size size);
+    void SetMask(cv::Mat mask);
+
+    // Mask, ellipse, area and centroid of m_contour. m_contour comes back
+    // with every point of the mask's outline listed twice in a row.
+    void SetPara();
+    // Centre of mass of m_mask over the outline's area; also kept in m_centroid.
+    cv::Point CalcCentroid();
+    // Fills `contour` into `mask`; on success both vectors become the outline
+    // of the filled mask (appended point by point to each in turn).
+    bool ConnectionMaskCv(std::vector<cv::Point>& contour, cv::Mat& mask, std::vector<cv::Point>& out);
+    // Pixels where the line through line[0], line[1], drawn across the image at
+    // 50, meets a mask drawn at 50. False when the line does not cross exactly
+    // two image borders.
+    bool CalcIntersection(cv::Mat mask, cv::Point* line, int maxX, int maxY, std::vector<cv::Point>& out);
+    // Ends of the outline's principal-direction line inside the outline; sets m_longAxisSlope.
+    void GetLongAxisPts(cv::Mat image, std::vector<cv::Point> contour, cv::Rect box, cv::Point* out);
+    // Longest chord across the long axis, searched at three angles 3 degrees apart.
+    void GetShortAxisPts1(cv::Mat image, std::vector<cv::Point> contour, cv::RotatedRect ellipse, cv::Rect box,
+                          cv::Point* out);
+    // Both axes at a working width of 102 (or full size for 60 to 139
+    // columns); axisA is the more horizontal one.
+    void CalcLesionAxis(cv::Point* axisA, cv::Point* axisB, float& lengthA, float& lengthB);
+    // Stretches each axis to the full crossing of its line with the outline.
+    bool CalcLesionAxisCorrect(cv::Point* axisA, cv::Point* axisB);
+    // Pixels of a horizontal or vertical segment, end excluded.
+    void getStraightLineAllPoint(int x0, int y0, int x1, int y1, std::vector<cv::Point>& out);
+
+    // ---- gallwall begin ----
+    // Long and short axis of an organ: as CalcLesionAxis, with `ellipse` in
+    // place of m_ellipse at full size, and without ordering by tilt.
+    void CalcOrganAxis(cv::RotatedRect ellipse, cv::Point* longAxis, cv::Point* shortAxis, float& longLength,
+                       float& shortLength);
+    // ---- gallwall end ----
+
+    std::vector<cv::Point> m_contour; // outline to measure, in the frame of m_size
+    cv::Mat m_mask;                   // filled outline, 0/255
+    cv::Point m_centroid;
+    cv::Size m_size;                  // columns and rows of the working image
+    cv::Size m_newSize;
+    float m_longAxisSlope = 0.0f;     // dy/dx of the principal direction
+    cv::RotatedRect m_ellipse{cv::Point2f(0.0f, 0.0f), cv::Size2f(0.0f, 0.0f), 0.0f};
+    float m_area = 0.0f;
+};
+
+// Crossing of two lines given as (x1, y1, x2, y2); (-1, -1) for parallel slanted lines.
+SONOLEX_EXPORT cv::Point2f GetCrossPoint2(cv::Vec4f a, cv::Vec4f b);
+// Older crossing formula; a vertical line takes its dy as slope.
+SONOLEX_EXPORT cv::Point2f GetCrossPoint(cv::Vec4f a, cv::Vec4f b);
+SONOLEX_EXPORT bool compXX(const cv::Point& a, const cv::Point& b);
+SONOLEX_EXPORT bool compYY(const cv::Point& a, const cv::Point& b);
+// Longer chord first.
+SONOLEX_EXPORT bool cmp1(const std::pair<float, std::vector<cv::Point>>& a,
+                         const std::pair<float, std::vector<cv::Point>>& b);
+
+// Tilt of the line a-b against the image rows, in degrees, 0 to 90; NaN when a equals b.
+SONOLEX_EXPORT double AxisTiltDegrees(cv::Point a, cv::Point b);
+// Puts the more horizontal axis first: the long axis, tilted by `tilt`
+// degrees, stays first up to 55 degrees inclusive. A NaN tilt (a long axis of
+// zero length) assigns nothing.
+SONOLEX_EXPORT void OrderAxesByTilt(double tilt, const cv::Point* longAxis, const cv::Point* shortAxis, cv::Point* axisA,
+                                    cv::Point* axisB);
