@@ -6,12 +6,18 @@
 # add. Only OpenCV's split packages: never the libopencv-dev meta-package.
 LIB_PACKAGES := cmake make g++ pkg-config libopencv-core-dev libopencv-imgproc-dev
 TEST_PACKAGES := libgtest-dev libbenchmark-dev
+FUZZ_PACKAGES := clang libclang-rt-14-dev
+CHECK_PACKAGES := valgrind
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 BUILD ?= build
 ASAN_BUILD ?= build-asan
+TSAN_BUILD ?= build-tsan
+FUZZ_BUILD ?= build-fuzz
+FUZZ_SECONDS ?= 60
+FUZZ_ENTRIES := breast breast_model thyroid liver carotid gallwall gallbladder
 
 .PHONY: all deps deps-test build build-all demo test test-release test-sanitize \
-        bench install fresh-check clean
+        bench install fresh-check fuzz test-tsan soak memcheck clean
 
 all: build
 
@@ -66,6 +72,42 @@ test-sanitize: deps-test
 
 test: test-release test-sanitize
 
+# Every entry's libFuzzer target for FUZZ_SECONDS each, under ASan and
+# UBSan, from the seed corpus the project writes. An input that fails is
+# kept in fuzz/regressions/<entry>/, which every test build replays.
+fuzz: deps
+	$(call install_missing,$(FUZZ_PACKAGES))
+	CC=clang CXX=clang++ cmake -S . -B $(FUZZ_BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DSONOLEX_SANITIZE=ON \
+	  -DSONOLEX_FUZZ=ON -DSONOLEX_TESTS=OFF -DSONOLEX_BENCH=OFF -DSONOLEX_TOOLS=OFF
+	cmake --build $(FUZZ_BUILD) -j $(JOBS)
+	rm -rf $(FUZZ_BUILD)/seeds && ./$(FUZZ_BUILD)/fuzz/fuzz_seeds $(FUZZ_BUILD)/seeds
+	@for e in $(FUZZ_ENTRIES); do \
+	  mkdir -p $(FUZZ_BUILD)/corpus/$$e fuzz/regressions/$$e; \
+	  echo "fuzz $$e: $(FUZZ_SECONDS) s"; \
+	  ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 \
+	  ./$(FUZZ_BUILD)/fuzz/fuzz_$$e -max_total_time=$(FUZZ_SECONDS) -timeout=10 -rss_limit_mb=2048 \
+	    -max_len=1024 -print_final_stats=1 -artifact_prefix=fuzz/regressions/$$e/ \
+	    $(FUZZ_BUILD)/corpus/$$e $(FUZZ_BUILD)/seeds/$$e 2>$(FUZZ_BUILD)/fuzz-$$e.log \
+	  || { tail -n 40 $(FUZZ_BUILD)/fuzz-$$e.log; exit 1; }; \
+	  grep -E "^stat::(number_of_executed_units|average_exec_per_sec|peak_rss_mb)|cov: " $(FUZZ_BUILD)/fuzz-$$e.log | tail -n 4; \
+	done
+
+# Eight threads calling every entry under ThreadSanitizer.
+test-tsan: deps-test
+	cmake -S . -B $(TSAN_BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DSONOLEX_TSAN=ON -DSONOLEX_BENCH=OFF -DSONOLEX_TOOLS=OFF
+	cmake --build $(TSAN_BUILD) -j $(JOBS) --target sonolex_call_checks
+	TSAN_OPTIONS=halt_on_error=1 SONOLEX_FUZZ_LIMIT_MS=5000 ./$(TSAN_BUILD)/tests/sonolex_call_checks --gtest_filter='Threads.*'
+
+# 100,000 calls of each entry with resident memory checked for growth.
+soak: build-all
+	./$(BUILD)/tests/sonolex_call_checks --gtest_also_run_disabled_tests --gtest_filter='Memory.*'
+
+# The random scenes of every entry under valgrind's memcheck.
+memcheck: build-all
+	$(call install_missing,$(CHECK_PACKAGES))
+	SONOLEX_FUZZ_LIMIT_MS=100000 valgrind -q --error-exitcode=1 --leak-check=full --errors-for-leak-kinds=definite \
+	  ./$(BUILD)/tests/sonolex_call_checks --gtest_filter='FuzzCalls.*'
+
 bench: build-all
 	./$(BUILD)/bench/sonolex_bench
 
@@ -82,4 +124,4 @@ fresh-check:
 	bash .ci/fresh-check
 
 clean:
-	rm -rf $(BUILD) $(ASAN_BUILD)
+	rm -rf $(BUILD) $(ASAN_BUILD) $(TSAN_BUILD) $(FUZZ_BUILD)

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 
 #include "sonolex.h"
@@ -268,7 +269,9 @@ void CheckRanges(const std::string& entry, const Record& r, std::initializer_lis
 
 const std::vector<std::string>& EntryNames()
 {
-    static const std::vector<std::string> names = {"breast", "breast_model", "thyroid", "liver", "carotid", "gallwall"};
+    static const std::vector<std::string> names = {"breast",  "breast_model", "thyroid",
+                                                    "liver",   "carotid",      "gallwall",
+                                                    "gallbladder"};
     return names;
 }
 
@@ -333,6 +336,13 @@ Record Run(const std::string& entry, const uint8_t* data, size_t size)
                             Array(in, inner, innerCount), &r);
         record = {r.wallVerdict, r.thickenVerdict};
         CheckRanges(entry, record, {{0, 2}, {1, 3}});
+    } else if (entry == "gallbladder") {
+        GallBladderWallResult r = {0, 0, 0.0f, 0.0f, 0, 0, 0, 0};
+        GallBladderWallDescription(image, s.channels, s.width, s.height, roi, lesionCount, lesionPoints, &r);
+        int32_t distances[2];
+        std::memcpy(distances, &r.maxDistance, sizeof distances);
+        record = {r.wallVerdict, r.reserved, distances[0], distances[1], r.firstX, r.firstY, r.secondX, r.secondY};
+        CheckRanges(entry, record, {{0, 2}});
     } else {
         Fail(entry, "no such entry");
     }

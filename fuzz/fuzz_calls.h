@@ -19,7 +19,7 @@ namespace fuzzcalls {
 using Record = std::vector<int32_t>;
 
 // The entry points by name ("breast", "breast_model", "thyroid", "liver",
-// "carotid", "gallwall").
+// "carotid", "gallwall", "gallbladder").
 const std::vector<std::string>& EntryNames();
 
 // Decodes `data` into a call of `entry` and makes it. Aborts with a message

@@ -340,7 +340,11 @@ typedef struct GallBladderWallResult {
  * at once with the record untouched. Otherwise the record is cleared, and a
  * call that fails on the way (negative count, fewer than five points, region
  * outside the image, null points with a positive count) keeps the verdicts
- * stored so far and leaves the rest 0. */
+ * stored so far and leaves the rest 0. An outline that touches itself (a
+ * spur one pixel wide that goes out and back, or two sides that meet) can
+ * make the margin's convexity measure fail, as OpenCV refuses hull indices
+ * that are not monotonous: echo and boundary are then kept and the other
+ * four fields stay 0. */
 SONOLEX_API void BreastDescription(const unsigned char* image, int32_t channels, int32_t width, int32_t height,
                                    RoiCoor roi, int32_t lesionPointCount, const MyPoint* lesionPoints,
                                    lesionAxisPointEnd axis, BreastResult* result);
@@ -362,7 +366,9 @@ SONOLEX_API void BreastDescription(const unsigned char* image, int32_t channels,
  * A negative modelContourCount keeps echo, boundary and margin and leaves
  * the rest 0. The lesion outline must have at least eleven points, and so
  * must the outline of its filled convex hull; otherwise the record stays
- * all 0. */
+ * all 0. So does an outline that touches itself where the convexity measure
+ * refuses it (see BreastDescription): here that measure runs before the
+ * first verdict. */
 SONOLEX_API void BreastDescriptionHaveModelProcess(const unsigned char* image, int32_t channels, int32_t width,
                                                    int32_t height, RoiCoor roi, int32_t lesionPointCount,
                                                    const MyPoint* lesionPoints, int32_t modelContourCount,

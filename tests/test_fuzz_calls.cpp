@@ -1,6 +1,7 @@
 // Decoded fuzz calls in every build: the inputs that ever failed, a spread
 // of random scenes, and the same scenes from eight threads at once.
 #include <filesystem>
+#include <cstdio>
 #include <fstream>
 #include <iterator>
 #include <random>
@@ -80,4 +81,36 @@ TEST(Threads, EightThreadsGetTheRecordsOfOne)
         thread.join();
     for (size_t t = 0; t < 8; ++t)
         EXPECT_EQ(mismatches[t], 0) << "thread " << t;
+}
+
+namespace {
+
+size_t ResidentKiB()
+{
+    std::ifstream statm("/proc/self/statm");
+    size_t pages = 0, resident = 0;
+    statm >> pages >> resident;
+    return resident * 4;
+}
+
+} // namespace
+
+// Run by `make soak`: 100,000 calls of each entry, successful and failing
+// mixed, after which resident memory must be where it was after the first
+// 10,000.
+TEST(Memory, DISABLED_ResidentMemoryStaysFlatOverManyCalls)
+{
+    const auto inputs = RandomInputs(1000, 23);
+    for (const std::string& entry : fuzzcalls::EntryNames()) {
+        size_t settled = 0;
+        for (int call = 0; call < 100000; ++call) {
+            const auto& bytes = inputs[static_cast<size_t>(call) % inputs.size()];
+            fuzzcalls::Run(entry, bytes.data(), bytes.size());
+            if (call == 9999)
+                settled = ResidentKiB();
+        }
+        const size_t end = ResidentKiB();
+        std::printf("%s: resident %zu KiB after 10,000 calls, %zu KiB after 100,000\n", entry.c_str(), settled, end);
+        EXPECT_LT(end, settled + 4096) << entry;
+    }
 }
