@@ -105,7 +105,7 @@ soak: build-all
 # The random scenes of every entry under valgrind's memcheck.
 memcheck: build-all
 	$(call install_missing,$(CHECK_PACKAGES))
-	SONOLEX_FUZZ_LIMIT_MS=100000 valgrind -q --error-exitcode=1 --leak-check=full --errors-for-leak-kinds=definite \
+	SONOLEX_FUZZ_LIMIT_MS=100000 valgrind -q --error-exitcode=1 --leak-check=full --show-leak-kinds=definite --errors-for-leak-kinds=definite \
 	  ./$(BUILD)/tests/sonolex_call_checks --gtest_filter='FuzzCalls.*'
 
 bench: build-all
