@@ -6,6 +6,7 @@
 #include <thread>
 
 #include <CLI/CLI.hpp>
+#include <opencv2/core/utils/logger.hpp>
 
 #include "cli/cli.h"
 
@@ -165,6 +166,8 @@ EXAMPLES
   sonolex batch cases.csv verdicts.jsonl -j 2 --resume --overlays pictures)") +
                   kExitStatus);
 
+    // The codecs' own warnings would break the one-line error on stderr.
+    cv::utils::logging::setLogLevel(cv::utils::logging::LOG_LEVEL_SILENT);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {

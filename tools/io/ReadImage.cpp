@@ -7,6 +7,7 @@
 #include <gdcmImage.h>
 #include <gdcmImageApplyLookupTable.h>
 #include <gdcmImageReader.h>
+#include <gdcmTrace.h>
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 
@@ -42,6 +43,14 @@ cv::Mat ToEightBit(const cv::Mat& frame)
 
 cv::Mat ReadDicom(const std::string& path, int frame)
 {
+    // GDCM's own warnings would break the one-line error on stderr.
+    static const bool quiet = [] {
+        gdcm::Trace::SetWarning(false);
+        gdcm::Trace::SetError(false);
+        gdcm::Trace::SetDebug(false);
+        return true;
+    }();
+    (void)quiet;
     gdcm::ImageReader reader;
     reader.SetFileName(path.c_str());
     if (!reader.Read())
