@@ -64,7 +64,8 @@ TEST(CliProgram, DescribeGivesTheEntrysRecordForEachInputKind)
         EXPECT_EQ(j["arguments"]["lesionPoints"]["bounds"], json::array({20, 16, 20, 12}));
         EXPECT_EQ(j["derived"].size(), 2u) << "roi and axes";
         std::vector<std::string> names;
-        for (const auto& f : nlohmann::ordered_json::parse(run.out)["record"].items())
+        const nlohmann::ordered_json ordered = nlohmann::ordered_json::parse(run.out);
+        for (const auto& f : ordered["record"].items())
             names.push_back(f.key());
         EXPECT_EQ(names, (std::vector<std::string>{"shape", "orientation", "echo", "boundary", "margin",
                                                    "calcification"}));
