@@ -187,7 +187,8 @@ EXAMPLES
         std::fprintf(stderr, "sonolex: %s\n", e.what());
         return cli::kCannotWrite;
     } catch (const std::exception& e) {
-        std::fprintf(stderr, "sonolex: %s\n", e.what());
+        const std::string subject = describe->parsed() ? d.sources.image : b.manifest;
+        std::fprintf(stderr, "sonolex: %s: %s\n", subject.c_str(), cli::OneLine(e.what()).c_str());
         return cli::kInternal;
     }
 }

@@ -143,7 +143,7 @@ std::vector<Outcome> DescribeRow(const Manifest& m, const std::vector<std::strin
         base.error = e.what();
         base.status = kCannotWrite;
     } catch (const std::exception& e) {
-        base.error = where + ": " + e.what();
+        base.error = OneLine(where + ": " + e.what());
         base.status = kInternal;
     }
     return {base};

@@ -68,6 +68,16 @@ std::string Joined(const std::vector<std::string>& items, const char* separator)
 
 } // namespace
 
+std::string OneLine(const std::string& text)
+{
+    std::string line = text;
+    while (!line.empty() && (line.back() == '\n' || line.back() == '\r'))
+        line.pop_back();
+    std::replace(line.begin(), line.end(), '\n', ' ');
+    std::replace(line.begin(), line.end(), '\r', ' ');
+    return line;
+}
+
 Json ToJson(const Outcome& o, bool points)
 {
     Json j;

@@ -31,6 +31,9 @@ struct Outcome {
     int status = 0;              // exit status of the error
 };
 
+// A message on one line: line breaks become spaces, trailing ones go.
+std::string OneLine(const std::string& text);
+
 // ---- formats ----
 using Json = nlohmann::ordered_json;
 Json ToJson(const Outcome& outcome, bool points);

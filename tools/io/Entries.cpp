@@ -98,19 +98,36 @@ cv::Rect RegionAround(const Outline& lesion, cv::Size image)
 
 // Long and short axis as a host measures them: the library's own axis
 // search on the outline, each axis stretched to where its line meets the
-// outline, the longer one taken as the long axis.
-lesionAxisPointEnd MeasureAxes(const Outline& lesion, cv::Size image)
+// outline, the longer one taken as the long axis. Where the search fails on
+// an outline (its working copy too thin for an ellipse), the sides of the
+// smallest enclosing rectangle through its centre serve instead.
+lesionAxisPointEnd MeasureAxes(const Outline& lesion, cv::Size image, std::vector<std::string>& derived)
 {
-    LesionAxis axis;
-    axis.m_contour = lesion;
-    axis.m_size = image;
-    axis.SetPara();
     cv::Point a[2] = {cv::Point(0, 0), cv::Point(0, 0)};
     cv::Point b[2] = {cv::Point(0, 0), cv::Point(0, 0)};
-    float lengthA = 0.0f;
-    float lengthB = 0.0f;
-    axis.CalcLesionAxis(a, b, lengthA, lengthB);
-    axis.CalcLesionAxisCorrect(a, b);
+    try {
+        LesionAxis axis;
+        axis.m_contour = lesion;
+        axis.m_size = image;
+        axis.SetPara();
+        float lengthA = 0.0f;
+        float lengthB = 0.0f;
+        axis.CalcLesionAxis(a, b, lengthA, lengthB);
+        axis.CalcLesionAxisCorrect(a, b);
+        derived.push_back("axis: long and short axis measured on the outline (the library's axis search)");
+    } catch (const cv::Exception&) {
+        const cv::RotatedRect box = cv::minAreaRect(lesion);
+        cv::Point2f corner[4];
+        box.points(corner);
+        const cv::Point2f mid[4] = {(corner[0] + corner[1]) * 0.5f, (corner[1] + corner[2]) * 0.5f,
+                                    (corner[2] + corner[3]) * 0.5f, (corner[3] + corner[0]) * 0.5f};
+        a[0] = cv::Point(cvRound(mid[0].x), cvRound(mid[0].y));
+        a[1] = cv::Point(cvRound(mid[2].x), cvRound(mid[2].y));
+        b[0] = cv::Point(cvRound(mid[1].x), cvRound(mid[1].y));
+        b[1] = cv::Point(cvRound(mid[3].x), cvRound(mid[3].y));
+        derived.push_back("axis: the sides of the outline's smallest enclosing rectangle (the axis search "
+                          "failed on this outline)");
+    }
     const double spanA = cv::norm(a[1] - a[0]);
     const double spanB = cv::norm(b[1] - b[0]);
     const cv::Point* longer = spanA >= spanB ? a : b;
@@ -239,8 +256,7 @@ Arguments Prepare(const Case& c, std::vector<std::string>& derived)
         if (c.axes) {
             a.axis = c.axes;
         } else {
-            a.axis = MeasureAxes(c.lesion, size);
-            derived.push_back("axis: long and short axis measured on the outline (the library's axis search)");
+            a.axis = MeasureAxes(c.lesion, size, derived);
         }
         a.takes_model = c.model_given;
         a.model = c.model;
