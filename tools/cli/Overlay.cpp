@@ -53,6 +53,7 @@ void WriteOverlay(const cv::Mat& image, const std::vector<Outcome>& outcomes, co
     const int thick = std::max(1, canvas.rows / 400);
 
     Legend legend;
+    bool drawn[7] = {false, false, false, false, false, false, false}; // in the order of the key below
     for (const Outcome& o : outcomes) {
         legend.Add(o.organ + (o.component >= 0 ? ", component " + std::to_string(o.component) : ""));
         if (!o.description) {
@@ -64,17 +65,23 @@ void WriteOverlay(const cv::Mat& image, const std::vector<Outcome>& outcomes, co
         legend.Add("  " + a.entry, kDim);
         for (const sonolex_io::Outline& m : a.model)
             cv::polylines(canvas, Scaled(m, zoom), true, kModel, thick, cv::LINE_AA);
+        drawn[3] = drawn[3] || !a.model.empty();
         for (const sonolex_io::Outline& organ : a.organ)
             cv::polylines(canvas, Scaled(organ, zoom), true, kOrgan, thick, cv::LINE_AA);
-        if (a.roi && a.roi->width > 0 && a.roi->height > 0)
+        drawn[2] = drawn[2] || !a.organ.empty();
+        if (a.roi && a.roi->width > 0 && a.roi->height > 0) {
             cv::rectangle(canvas, cv::Rect(a.roi->x * zoom, a.roi->y * zoom, a.roi->width * zoom, a.roi->height * zoom),
                           kRegion, thick, cv::LINE_8);
+            drawn[1] = true;
+        }
         if (!a.lesion.empty())
             cv::polylines(canvas, Scaled(a.lesion, zoom), true, kLesion, thick + 1, cv::LINE_AA);
+        drawn[0] = drawn[0] || !a.lesion.empty();
         if (a.axis) {
             cv::line(canvas, At(a.axis->longStart, zoom), At(a.axis->longEnd, zoom), kLongAxis, thick, cv::LINE_AA);
             cv::line(canvas, At(a.axis->shortStart, zoom), At(a.axis->shortEnd, zoom), kShortAxis, thick,
                      cv::LINE_AA);
+            drawn[4] = drawn[5] = true;
         }
         int32_t diameter[4] = {0, 0, 0, 0};
         bool hasDiameter = false;
@@ -92,19 +99,23 @@ void WriteOverlay(const cv::Mat& image, const std::vector<Outcome>& outcomes, co
         if (hasDiameter) {
             const MyPoint p{diameter[0], diameter[1]}, q{diameter[2], diameter[3]};
             cv::line(canvas, At(p, zoom), At(q, zoom), kDiameter, thick + 1, cv::LINE_AA);
+            drawn[6] = true;
             legend.Add("  inner diameter: (" + std::to_string(p.x) + ", " + std::to_string(p.y) + ") to (" +
                        std::to_string(q.x) + ", " + std::to_string(q.y) + ")");
         }
+        std::string derived;
         for (const std::string& text : d.derived)
-            legend.Add("  derived " + text.substr(0, text.find(':')), kDim);
+            derived += (derived.empty() ? "" : ", ") + text.substr(0, text.find_first_of(" :"));
+        if (!derived.empty())
+            legend.Add("  derived by the program: " + derived, kDim);
     }
     legend.Add("");
-    legend.Add("lesion outline", kLesion);
-    legend.Add("region the entry worked on", kRegion);
-    legend.Add("organ outline(s)", kOrgan);
-    legend.Add("model regions", kModel);
-    legend.Add("long axis / short axis", kLongAxis);
-    legend.Add("inner diameter", kDiameter);
+    const char* keys[7] = {"lesion outline", "region passed to the entry", "organ outline", "model regions",
+                           "long axis", "short axis", "vessel's inner diameter"};
+    const cv::Scalar colours[7] = {kLesion, kRegion, kOrgan, kModel, kLongAxis, kShortAxis, kDiameter};
+    for (int k = 0; k < 7; ++k)
+        if (drawn[k])
+            legend.Add(keys[k], colours[k]);
 
     const double scale = 0.5;
     const int lineHeight = 20;
