@@ -62,9 +62,9 @@ int Describe(const DescribeOptions& o)
         cli::Json list = cli::Json::array();
         for (const cli::Outcome& out : outcomes)
             list.push_back(cli::ToJson(out, o.points));
-        text = list.dump(2) + "\n";
+        text = cli::Pretty(list) + "\n";
     } else {
-        text = cli::ToJson(outcomes.front(), o.points).dump(2) + "\n";
+        text = cli::Pretty(cli::ToJson(outcomes.front(), o.points)) + "\n";
     }
     if (!o.overlay.empty())
         cli::WriteOverlay(loaded.image, outcomes, o.overlay);
@@ -130,7 +130,7 @@ Run `sonolex describe --help` or `sonolex batch --help` for each command's optio
         ->capture_default_str();
     describe->add_flag("--points", d.points, "list the outlines' points in the JSON arguments");
     describe->add_option("--overlay", d.overlay,
-                         "write a PNG of the scan with the outline, region, axes, organ and model regions, and "
+                         "write a picture (PNG, or JPEG by its name) of the scan with the outline, region, axes, organ and model regions, and "
                          "the verdicts in words");
     describe->footer(std::string(R"(
 Where an entry needs a region or axes and none is given, the program derives them as a host would and lists what

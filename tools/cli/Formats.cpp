@@ -109,6 +109,48 @@ Json ToJson(const Outcome& o, bool points)
     return j;
 }
 
+namespace {
+
+// A list of numbers, or of lists of numbers: written on one line.
+bool IsFlat(const Json& value)
+{
+    if (!value.is_array())
+        return false;
+    for (const Json& item : value)
+        if (item.is_structured() && !(item.is_array() && std::all_of(item.begin(), item.end(), [](const Json& x) {
+                                          return x.is_primitive();
+                                      })))
+            return false;
+    return true;
+}
+
+} // namespace
+
+std::string Pretty(const Json& value, int indent)
+{
+    if (!value.is_structured() || IsFlat(value) || value.empty())
+        return value.dump();
+    if (value.is_object() && std::all_of(value.begin(), value.end(), [](const Json& x) { return !x.is_object(); }) &&
+        std::all_of(value.begin(), value.end(), [](const Json& x) { return !x.is_array() || IsFlat(x); })) {
+        std::string text = "{";
+        for (auto it = value.begin(); it != value.end(); ++it)
+            text += (it == value.begin() ? "" : ", ") + Json(it.key()).dump() + ": " + it->dump();
+        return text + "}";
+    }
+    const std::string inner(size_t(indent + 2), ' '), outer(size_t(indent), ' ');
+    std::string text = value.is_object() ? "{\n" : "[\n";
+    bool first = true;
+    for (auto it = value.begin(); it != value.end(); ++it) {
+        text += first ? "" : ",\n";
+        first = false;
+        text += inner;
+        if (value.is_object())
+            text += Json(it.key()).dump() + ": ";
+        text += Pretty(*it, indent + 2);
+    }
+    return text + "\n" + outer + (value.is_object() ? "}" : "]");
+}
+
 std::vector<std::string> FieldColumns(const std::vector<sonolex_io::Organ>& organs)
 {
     std::vector<std::string> columns;

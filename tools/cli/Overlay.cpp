@@ -138,8 +138,10 @@ void WriteOverlay(const cv::Mat& image, const std::vector<Outcome>& outcomes, co
     // Written beside the target and renamed, so that no half-written picture stays.
     const size_t slash = path.find_last_of('/');
     const std::string dir = slash == std::string::npos ? "" : path.substr(0, slash + 1);
+    const size_t dot = path.find_last_of('.');
+    const std::string extension = dot == std::string::npos || dot < dir.size() ? ".png" : path.substr(dot);
     const std::string temporary = dir + ".sonolex-" + std::to_string(getpid()) + "-" +
-                                  std::to_string(reinterpret_cast<uintptr_t>(&out)) + ".png";
+                                  std::to_string(reinterpret_cast<uintptr_t>(&out)) + extension;
     bool written = false;
     try {
         written = cv::imwrite(temporary, out);

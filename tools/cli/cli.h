@@ -37,6 +37,8 @@ std::string OneLine(const std::string& text);
 // ---- formats ----
 using Json = nlohmann::ordered_json;
 Json ToJson(const Outcome& outcome, bool points);
+// Indented JSON with short lists (numbers, points) kept on one line.
+std::string Pretty(const Json& value, int indent = 0);
 // Field columns of these organs' records: every field name once, in the
 // organs' order, each categorical one followed by "<name>_meaning".
 std::vector<std::string> FieldColumns(const std::vector<sonolex_io::Organ>& organs);
