@@ -3,6 +3,7 @@
 // does around the entry points is in sonolex_io.
 #include <cstdio>
 #include <iostream>
+#include <sstream>
 #include <thread>
 
 #include <CLI/CLI.hpp>
@@ -82,16 +83,37 @@ std::string OrganList()
     return list;
 }
 
+// Breaks `text` into lines of at most `width` characters at spaces, for help
+// that stays within a terminal's width.
+std::string Wrap(const std::string& text, size_t width = 52, const std::string& indent = "")
+{
+    std::string out, line;
+    std::stringstream words(text);
+    for (std::string word; words >> word;) {
+        if (!line.empty() && line.size() + 1 + word.size() > width) {
+            out += line + "\n" + indent;
+            line.clear();
+        }
+        line += (line.empty() ? "" : " ") + word;
+    }
+    return out + line;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
-    CLI::App app("Describes a lesion on a B-mode ultrasound scan in the categories of a sonographer's report "
-                 "(shape, orientation, echo, boundary, margin, calcification, ...), from the scan and a "
-                 "segmentation of the lesion. One case with `describe`, a table of cases with `batch`. Each "
-                 "verdict comes with its meaning in words and whether the library's call reached it.",
+    CLI::App app("NAME\n  sonolex - describe lesions on B-mode ultrasound scans\n\nDESCRIPTION\n  " +
+                     Wrap("Describes a lesion on a B-mode ultrasound scan in the categories of a sonographer's "
+                          "report (shape, orientation, echo, boundary, margin, calcification, echo texture, wall "
+                          "thickening, plaque position), from the scan and a segmentation of the lesion, with the "
+                          "sonolex library. `describe` takes one case, `batch` a table of cases. Each verdict comes "
+                          "with its meaning in words and whether the library's call reached it.",
+                          76, "  ") +
+                     "\n",
                  "sonolex");
     app.require_subcommand(1);
+    app.get_formatter()->column_width(30);
     app.footer(std::string(R"(
 EXAMPLES
   sonolex describe --organ breast scan.png lesion-mask.png
@@ -100,41 +122,45 @@ Run `sonolex describe --help` or `sonolex batch --help` for each command's optio
 
     DescribeOptions d;
     CLI::App* describe = app.add_subcommand(
-        "describe", "Describe one case: IMAGE (PNG, JPEG, BMP, TIFF or DICOM) and the lesion's MASK (any non-zero "
-                    "pixel, or --label N; its largest outline). JSON on stdout, or CSV with --format csv.");
-    describe->add_option("--organ", d.sources.organ, "organ: " + OrganList())->required()->check(
+        "describe", Wrap("Describe one case: IMAGE (PNG, JPEG, BMP, TIFF or DICOM) and the lesion's MASK (any "
+                         "non-zero pixel, or --label N; its largest outline). JSON on stdout, or CSV with --format "
+                         "csv.", 48));
+    describe->add_option("--organ", d.sources.organ, Wrap("organ: " + OrganList()))->required()->check(
         CLI::IsMember(sonolex_io::OrganNames()));
-    describe->add_option("image", d.sources.image, "the scan")->required();
+    describe->add_option("image", d.sources.image, Wrap("the scan"))->required();
     describe->add_option("mask", d.sources.mask,
-                         "the lesion mask, same size as the scan (gallwall: the wall, whose hole is the lumen; "
-                         "or the lumen when --organ-mask gives the outer outline)");
+                         Wrap("the lesion mask, same size as the scan (gallwall: the wall, whose hole is the lumen; "
+                         "or the lumen when --organ-mask gives the outer outline)"));
     describe->add_option("--outline", d.sources.outline,
-                         "the lesion outline as JSON ([[x, y], ...] in image pixels) instead of MASK");
-    describe->add_option("--label", d.sources.label, "lesion label in MASK; default: any non-zero pixel");
+                         Wrap("the lesion outline as JSON ([[x, y], ...] in image pixels) instead of MASK"));
+    describe->add_option("--label", d.sources.label, Wrap("lesion label in MASK; default: any non-zero pixel"));
     describe->add_flag("--all-components", d.sources.all_components,
-                       "describe every component of MASK, not only the largest");
+                       Wrap("describe every component of MASK, not only the largest"));
     describe->add_option("--organ-mask", d.sources.organ_mask,
-                         "organ mask: thyroid gland, liver, carotid vessels (each component one vessel), or the "
-                         "gall bladder's outer outline; default for thyroid and liver: the image frame");
+                         Wrap("organ mask: thyroid gland, liver, carotid vessels (each component one vessel), or the "
+                         "gall bladder's outer outline; default for thyroid and liver: the image frame"));
     describe->add_option("--model-mask", d.sources.model_mask,
-                         "regions of the host's detection model (breast: calcifications, chooses the model entry; "
-                         "thyroid: calcifications), each component one region");
+                         Wrap("regions of the host's detection model (breast: calcifications, chooses the model entry; "
+                         "thyroid: calcifications), each component one region"));
     describe->add_option("--roi", d.roi,
-                         "x,y,width,height region the entry works on; default: the lesion's box widened by 20 "
-                         "pixels a side within the image");
+                         Wrap("x,y,width,height region the entry works on; default: the lesion's box widened by 20 "
+                         "pixels a side within the image"));
     describe->add_option("--axes", d.axes,
-                         "x1,y1,x2,y2,x3,y3,x4,y4: the breast lesion's long axis, then its short axis; default: "
-                         "measured on the outline");
-    describe->add_option("--frame", d.sources.frame, "frame of a DICOM cine, from 0")->capture_default_str();
-    describe->add_option("--format", d.format, "json or csv")->check(CLI::IsMember({"json", "csv"}))
+                         Wrap("x1,y1,x2,y2,x3,y3,x4,y4: the breast lesion's long axis, then its short axis; default: "
+                         "measured on the outline"));
+    describe->add_option("--frame", d.sources.frame, Wrap("frame of a DICOM cine, from 0"))->capture_default_str();
+    describe->add_option("--format", d.format, Wrap("json or csv"))->check(CLI::IsMember({"json", "csv"}))
         ->capture_default_str();
-    describe->add_flag("--points", d.points, "list the outlines' points in the JSON arguments");
+    describe->add_flag("--points", d.points, Wrap("list the outlines' points in the JSON arguments"));
     describe->add_option("--overlay", d.overlay,
-                         "write a picture (PNG, or JPEG by its name) of the scan with the outline, region, axes, organ and model regions, and "
-                         "the verdicts in words");
+                         Wrap("write a picture (PNG, or JPEG by its name) of the scan with the outline, region, axes, organ and model regions, and "
+                         "the verdicts in words"));
     describe->footer(std::string(R"(
-Where an entry needs a region or axes and none is given, the program derives them as a host would and lists what
-it derived under "derived". The arguments actually passed to the entry are under "arguments".
+Where an entry needs a region or axes and none is given, the program derives
+them as a host would and lists what it derived under "derived". The arguments
+actually passed to the entry are under "arguments"; each record field has its
+value, its meaning in words and whether the call reached it (null: the record
+cannot tell, as when a preset is itself a verdict).
 
 EXAMPLES
   sonolex describe --organ breast scan.png mask.png --overlay scan-described.png
@@ -143,23 +169,26 @@ EXAMPLES
 
     cli::BatchOptions b;
     CLI::App* batch = app.add_subcommand(
-        "batch", "Describe every case of MANIFEST.csv into OUT.csv or OUT.jsonl. The manifest has a header row and "
-                 "the columns Image and Mask (paths relative to the manifest), optionally Organ, Label, OrganMask, "
-                 "ModelMask, Roi and Axes; every other column is copied to the output unchanged. Each row is "
-                 "written as soon as it is done, in the order they finish, with its manifest row number in the "
-                 "column `row`; a failing row gets its error in the row and the batch goes on.");
-    batch->add_option("manifest", b.manifest, "the manifest CSV")->required();
-    batch->add_option("out", b.out, "the output, .csv or .jsonl")->required();
+        "batch", Wrap("Describe every case of MANIFEST into OUT (.csv or .jsonl). The manifest has a header row "
+                      "and the columns Image and Mask (paths relative to the manifest), optionally Organ, Label, "
+                      "OrganMask, ModelMask, Roi and Axes; every other column is copied to the output unchanged. "
+                      "Cases run on several threads; each row is written as soon as it is done, in the order they "
+                      "finish, with its manifest row number in the column `row`, so an interrupted run loses "
+                      "nothing. A failing row gets its error in the row and the batch goes on.", 48));
+    batch->add_option("manifest", b.manifest, Wrap("the manifest CSV"))->required();
+    batch->add_option("out", b.out, Wrap("the output, .csv or .jsonl"))->required();
     b.jobs = int(std::max(1u, std::thread::hardware_concurrency()));
-    batch->add_option("-j,--jobs", b.jobs, "cases described at once")->capture_default_str();
-    batch->add_option("--organ", b.organ, "organ of the rows without an Organ column or value");
-    batch->add_flag("--resume", b.resume, "keep the rows OUT already holds and describe only the others");
-    batch->add_flag("--all-components", b.all_components, "one output row for every component of each mask");
-    batch->add_flag("--points", b.points, "list the outlines' points in JSONL output");
-    batch->add_option("--overlays", b.overlays, "write one overlay PNG a row into this directory (ROW-IMAGE.png)");
+    batch->add_option("-j,--jobs", b.jobs, Wrap("cases described at once"))->capture_default_str();
+    batch->add_option("--organ", b.organ, Wrap("organ of the rows without an Organ column or value"));
+    batch->add_flag("--resume", b.resume, Wrap("keep the rows OUT already holds and describe only the others"));
+    batch->add_flag("--all-components", b.all_components, Wrap("one output row for every component of each mask"));
+    batch->add_flag("--points", b.points, Wrap("list the outlines' points in JSONL output"));
+    batch->add_option("--overlays", b.overlays, Wrap("write one overlay PNG a row into this directory (ROW-IMAGE.png)"));
     batch->footer(std::string(R"(
-A progress bar (done/total, rate, time left) is drawn on stderr when it is a terminal; otherwise a line every ten
-seconds. The last line gives the rate in images per second and the share of the work spent decoding.
+A progress bar (done/total, rate, time left) is drawn on stderr when it is a
+terminal; otherwise a line every ten seconds. The last line gives the rate in
+images per second and the share of the work spent decoding. --resume first
+cuts an unfinished last line from OUT.
 
 EXAMPLES
   sonolex batch --organ breast cases.csv verdicts.csv
