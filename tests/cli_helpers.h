@@ -12,6 +12,10 @@
 #include <string>
 #include <vector>
 
+#include <gdcmImage.h>
+#include <gdcmImageWriter.h>
+#include <gdcmMediaStorage.h>
+#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
@@ -75,6 +79,47 @@ inline std::vector<MyPoint> Points(const nlohmann::json& list)
     for (const auto& p : list)
         points.push_back(MyPoint{p.at(0).get<int>(), p.at(1).get<int>()});
     return points;
+}
+
+// A DICOM file of `frames` frames, 1 (MONOCHROME2) or 3 (RGB) samples of 8
+// bits, uncompressed, written with GDCM.
+inline void WriteDicom(const std::string& path, const std::vector<cv::Mat>& frames)
+{
+    const cv::Mat& first = frames.front();
+    const int samples = first.channels();
+    gdcm::ImageWriter writer;
+    gdcm::Image& image = writer.GetImage();
+    image.SetNumberOfDimensions(frames.size() > 1 ? 3 : 2);
+    image.SetDimension(0, unsigned(first.cols));
+    image.SetDimension(1, unsigned(first.rows));
+    if (frames.size() > 1)
+        image.SetDimension(2, unsigned(frames.size()));
+    image.SetPixelFormat(gdcm::PixelFormat(gdcm::PixelFormat::UINT8));
+    image.GetPixelFormat().SetSamplesPerPixel((unsigned short)samples);
+    image.SetPhotometricInterpretation(samples == 1 ? gdcm::PhotometricInterpretation::MONOCHROME2
+                                                    : gdcm::PhotometricInterpretation::RGB);
+    image.SetTransferSyntax(gdcm::TransferSyntax::ExplicitVRLittleEndian);
+    std::vector<char> bytes;
+    for (const cv::Mat& f : frames) {
+        cv::Mat rgb;
+        if (samples == 3)
+            cv::cvtColor(f, rgb, cv::COLOR_BGR2RGB);
+        else
+            rgb = f.clone();
+        bytes.insert(bytes.end(), rgb.datastart, rgb.dataend);
+    }
+    gdcm::DataElement pixels(gdcm::Tag(0x7fe0, 0x0010));
+    pixels.SetByteValue(bytes.data(), uint32_t(bytes.size()));
+    image.SetDataElement(pixels);
+    const gdcm::MediaStorage ms(frames.size() > 1 ? gdcm::MediaStorage::MultiframeGrayscaleByteSecondaryCaptureImageStorage
+                                                  : gdcm::MediaStorage::SecondaryCaptureImageStorage);
+    gdcm::DataElement sop(gdcm::Tag(0x0008, 0x0016));
+    const char* uid = gdcm::MediaStorage::GetMSString(ms);
+    sop.SetByteValue(uid, uint32_t(std::strlen(uid)));
+    sop.SetVR(gdcm::VR::UI);
+    writer.GetFile().GetDataSet().Insert(sop);
+    writer.SetFileName(path.c_str());
+    ASSERT_TRUE(writer.Write()) << path;
 }
 
 // Calls the C entry the JSON names with the arguments the JSON lists

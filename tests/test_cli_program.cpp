@@ -32,6 +32,9 @@ struct Scene {
         cv::imwrite(dir + "/small.png", cv::Mat::zeros(10, 10, CV_8U));
         clitest::Write(dir + "/outline.json", "[[20,16],[39,16],[39,27],[20,27]]");
         clitest::Write(dir + "/broken.dcm", std::string(128, '\0') + "DICMgarbage");
+        cv::Mat colour;
+        cv::cvtColor(scan, colour, cv::COLOR_GRAY2BGR);
+        clitest::WriteDicom(dir + "/cine.dcm", {colour * 0.5, colour}); // frame 1 is the scan, in RGB
     }
     std::string operator()(const std::string& name) const { return dir + "/" + name; }
 };
@@ -50,6 +53,7 @@ TEST(CliProgram, DescribeGivesTheEntrysRecordForEachInputKind)
         {{s("scan.png"), s("mask.png")}, "scan.png", 60},
         {{s("scan.jpg"), s("mask.png")}, "scan.jpg", 60},
         {{s("scan.png"), "--outline", s("outline.json")}, "scan.png", 4},
+        {{s("cine.dcm"), s("mask.png"), "--frame", "1"}, "scan.png", 60}, // read as three channels
     };
     for (const Row& row : rows) {
         std::vector<std::string> args{"describe", "--organ", "breast", "--points"};
@@ -69,7 +73,11 @@ TEST(CliProgram, DescribeGivesTheEntrysRecordForEachInputKind)
             names.push_back(f.key());
         EXPECT_EQ(names, (std::vector<std::string>{"shape", "orientation", "echo", "boundary", "margin",
                                                    "calcification"}));
-        const cv::Mat pixels = cv::imread(s(row.scan), cv::IMREAD_ANYCOLOR);
+        cv::Mat pixels = cv::imread(s(row.scan), cv::IMREAD_ANYCOLOR);
+        if (row.args[0] == s("cine.dcm")) {
+            EXPECT_EQ(j["arguments"]["channels"], 3);
+            cv::cvtColor(pixels, pixels, cv::COLOR_GRAY2BGR);
+        }
         EXPECT_EQ(clitest::RecordWords(j), clitest::CallFromJson(j, pixels)) << row.scan;
     }
 }
@@ -186,7 +194,13 @@ TEST(CliProgram, BatchCopiesColumnsKeepsGoingPastBadRowsAndResumes)
     EXPECT_EQ(again, rows);
 
     // JSON lines carry the same copied columns and the record.
-    const clitest::Run jsonl = Program({"batch", s("cases.csv"), s("out.jsonl"), "--organ", "thyroid"}, s.dir);
+    const clitest::Run jsonl = Program({"batch", s("cases.csv"), s("out.jsonl"), "--organ", "thyroid",
+                                        "--overlays", s("pictures")},
+                                       s.dir);
+    // One picture a described row, named by row and scan; none for the failed row 2.
+    for (const char* name : {"1-scan.png", "3-scan.png", "4-scan.png"})
+        EXPECT_FALSE(cv::imread(s("pictures/") + name).empty()) << name;
+    EXPECT_TRUE(cv::imread(s("pictures/2-scan.png")).empty());
     std::set<std::string> patients;
     for (const std::string& line : Lines(clitest::Slurp(s("out.jsonl")))) {
         const json j = json::parse(line);

@@ -10,6 +10,7 @@
 #include <set>
 #include <sstream>
 #include <thread>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <opencv2/core/utility.hpp>
@@ -190,6 +191,8 @@ int RunBatch(const BatchOptions& o)
     if (!csv && !EndsWith(o.out, ".jsonl"))
         throw InputError(ErrorKind::Usage, o.out, "the output must end in .csv or .jsonl");
     const Manifest m = ReadManifest(o.manifest);
+    if (!o.overlays.empty())
+        mkdir(o.overlays.c_str(), 0777); // an existing directory is kept as it is
 
     std::vector<sonolex_io::Organ> organs;
     for (const std::string& name : sonolex_io::OrganNames())
