@@ -279,7 +279,7 @@ int RunBatch(const BatchOptions& o)
                     for (size_t c = 0; c < copied.size(); ++c)
                         j[m.header[m.copied[c]]] = copied[c];
                     j.update(ToJson(outcome, o.points));
-                    text += j.dump() + "\n";
+                    text += Dump(j) + "\n";
                 }
             }
             std::lock_guard<std::mutex> guard(lock);

@@ -126,15 +126,18 @@ bool IsFlat(const Json& value)
 
 } // namespace
 
+// Paths need not be UTF-8: bytes that are not are replaced, not refused.
+std::string Dump(const Json& value) { return value.dump(-1, ' ', false, Json::error_handler_t::replace); }
+
 std::string Pretty(const Json& value, int indent)
 {
     if (!value.is_structured() || IsFlat(value) || value.empty())
-        return value.dump();
+        return Dump(value);
     if (value.is_object() && std::all_of(value.begin(), value.end(), [](const Json& x) { return !x.is_object(); }) &&
         std::all_of(value.begin(), value.end(), [](const Json& x) { return !x.is_array() || IsFlat(x); })) {
         std::string text = "{";
         for (auto it = value.begin(); it != value.end(); ++it)
-            text += (it == value.begin() ? "" : ", ") + Json(it.key()).dump() + ": " + it->dump();
+            text += (it == value.begin() ? "" : ", ") + Dump(Json(it.key())) + ": " + Dump(*it);
         return text + "}";
     }
     const std::string inner(size_t(indent + 2), ' '), outer(size_t(indent), ' ');
@@ -145,7 +148,7 @@ std::string Pretty(const Json& value, int indent)
         first = false;
         text += inner;
         if (value.is_object())
-            text += Json(it.key()).dump() + ": ";
+            text += Dump(Json(it.key())) + ": ";
         text += Pretty(*it, indent + 2);
     }
     return text + "\n" + outer + (value.is_object() ? "}" : "]");

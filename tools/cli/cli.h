@@ -37,6 +37,8 @@ std::string OneLine(const std::string& text);
 // ---- formats ----
 using Json = nlohmann::ordered_json;
 Json ToJson(const Outcome& outcome, bool points);
+// JSON on one line; bytes that are not UTF-8 (in paths) are replaced.
+std::string Dump(const Json& value);
 // Indented JSON with short lists (numbers, points) kept on one line.
 std::string Pretty(const Json& value, int indent = 0);
 // Field columns of these organs' records: every field name once, in the
