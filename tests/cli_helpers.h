@@ -13,6 +13,7 @@
 #include <vector>
 
 #include <gdcmImage.h>
+#include <gdcmImageChangeTransferSyntax.h>
 #include <gdcmImageWriter.h>
 #include <gdcmMediaStorage.h>
 #include <gtest/gtest.h>
@@ -81,9 +82,11 @@ inline std::vector<MyPoint> Points(const nlohmann::json& list)
     return points;
 }
 
-// A DICOM file of `frames` frames, 1 (MONOCHROME2) or 3 (RGB) samples of 8
-// bits, uncompressed, written with GDCM.
-inline void WriteDicom(const std::string& path, const std::vector<cv::Mat>& frames)
+// A DICOM file of `frames` frames, 1 (MONOCHROME2) or 3 (RGB from blue,
+// green, red; or YBR_FULL, samples stored as given) samples of 8 bits, in
+// transfer syntax `syntax`, written with GDCM.
+inline void WriteDicom(const std::string& path, const std::vector<cv::Mat>& frames, bool ybr = false,
+                       gdcm::TransferSyntax::TSType syntax = gdcm::TransferSyntax::ExplicitVRLittleEndian)
 {
     const cv::Mat& first = frames.front();
     const int samples = first.channels();
@@ -97,12 +100,13 @@ inline void WriteDicom(const std::string& path, const std::vector<cv::Mat>& fram
     image.SetPixelFormat(gdcm::PixelFormat(gdcm::PixelFormat::UINT8));
     image.GetPixelFormat().SetSamplesPerPixel((unsigned short)samples);
     image.SetPhotometricInterpretation(samples == 1 ? gdcm::PhotometricInterpretation::MONOCHROME2
+                                       : ybr        ? gdcm::PhotometricInterpretation::YBR_FULL
                                                     : gdcm::PhotometricInterpretation::RGB);
     image.SetTransferSyntax(gdcm::TransferSyntax::ExplicitVRLittleEndian);
     std::vector<char> bytes;
     for (const cv::Mat& f : frames) {
         cv::Mat rgb;
-        if (samples == 3)
+        if (samples == 3 && !ybr)
             cv::cvtColor(f, rgb, cv::COLOR_BGR2RGB);
         else
             rgb = f.clone();
@@ -111,6 +115,13 @@ inline void WriteDicom(const std::string& path, const std::vector<cv::Mat>& fram
     gdcm::DataElement pixels(gdcm::Tag(0x7fe0, 0x0010));
     pixels.SetByteValue(bytes.data(), uint32_t(bytes.size()));
     image.SetDataElement(pixels);
+    if (syntax != gdcm::TransferSyntax::ExplicitVRLittleEndian) {
+        gdcm::ImageChangeTransferSyntax change;
+        change.SetTransferSyntax(syntax);
+        change.SetInput(image);
+        ASSERT_TRUE(change.Change()) << path;
+        writer.SetImage(change.GetOutput());
+    }
     const gdcm::MediaStorage ms(frames.size() > 1 ? gdcm::MediaStorage::MultiframeGrayscaleByteSecondaryCaptureImageStorage
                                                   : gdcm::MediaStorage::SecondaryCaptureImageStorage);
     gdcm::DataElement sop(gdcm::Tag(0x0008, 0x0016));

@@ -42,6 +42,18 @@ TEST(CliIo, EveryScanKindReadsToItsPixels)
     WriteDicom(dir + "/rgb", {colour}); // no extension: found by its preamble
     cv::Mat second = 255 - grey;
     WriteDicom(dir + "/cine.dcm", {grey, second, grey});
+    WriteDicom(dir + "/lossless.dcm", {grey}, false, gdcm::TransferSyntax::JPEGLosslessProcess14_1);
+    WriteDicom(dir + "/jpeg2000.dcm", {colour}, false, gdcm::TransferSyntax::JPEG2000Lossless);
+    WriteDicom(dir + "/jpegls.dcm", {grey}, false, gdcm::TransferSyntax::JPEGLSLossless);
+    // YBR_FULL stores Y, Cb, Cr; OpenCV's conversion gives Y, Cr, Cb.
+    cv::Mat ycrcb;
+    cv::cvtColor(colour, ycrcb, cv::COLOR_BGR2YCrCb);
+    std::vector<cv::Mat> planes;
+    cv::split(ycrcb, planes);
+    std::swap(planes[1], planes[2]);
+    cv::Mat ybr;
+    cv::merge(planes, ybr);
+    WriteDicom(dir + "/ybr.dcm", {ybr}, true);
     struct Row {
         std::string file;
         int frame;
@@ -49,6 +61,7 @@ TEST(CliIo, EveryScanKindReadsToItsPixels)
     } rows[] = {
         {"grey.png", 0, grey},  {"colour.png", 0, colour}, {"grey.bmp", 0, grey},   {"grey.tif", 0, grey},
         {"grey.jpg", 0, {}},    {"mono.dcm", 0, grey},     {"rgb", 0, colour},      {"cine.dcm", 1, second},
+        {"lossless.dcm", 0, grey}, {"jpeg2000.dcm", 0, colour}, {"jpegls.dcm", 0, grey},
     };
     for (const Row& row : rows) {
         const cv::Mat read = sonolex_io::ReadImage(dir + "/" + row.file, row.frame);
@@ -59,6 +72,10 @@ TEST(CliIo, EveryScanKindReadsToItsPixels)
             EXPECT_TRUE(Same(read, row.expected)) << row.file << " frame " << row.frame;
         }
     }
+    // YBR back to blue, green, red: within the rounding of two conversions.
+    const cv::Mat back = sonolex_io::ReadImage(dir + "/ybr.dcm");
+    ASSERT_EQ(back.type(), CV_8UC3);
+    EXPECT_LE(cv::norm(back, colour, cv::NORM_INF), 2.0);
 }
 
 TEST(CliIo, UnreadableInputsNameTheFileAndTheKindOfProblem)
