@@ -72,6 +72,47 @@ TEST(CliIo, EveryScanKindReadsToItsPixels)
             EXPECT_TRUE(Same(read, row.expected)) << row.file << " frame " << row.frame;
         }
     }
+    // A palette: index i shows red i, green 255 - i, blue i xor 0x55.
+    {
+        gdcm::ImageWriter writer;
+        gdcm::Image& image = writer.GetImage();
+        image.SetNumberOfDimensions(2);
+        image.SetDimension(0, unsigned(grey.cols));
+        image.SetDimension(1, unsigned(grey.rows));
+        image.SetPixelFormat(gdcm::PixelFormat(gdcm::PixelFormat::UINT8));
+        image.SetPhotometricInterpretation(gdcm::PhotometricInterpretation::PALETTE_COLOR);
+        gdcm::SmartPointer<gdcm::LookupTable> lut = new gdcm::LookupTable;
+        lut->Allocate(8);
+        unsigned char red[256], green[256], blue[256];
+        for (int i = 0; i < 256; ++i) {
+            red[i] = uchar(i);
+            green[i] = uchar(255 - i);
+            blue[i] = uchar(i ^ 0x55);
+        }
+        lut->InitializeLUT(gdcm::LookupTable::RED, 256, 0, 8);
+        lut->InitializeLUT(gdcm::LookupTable::GREEN, 256, 0, 8);
+        lut->InitializeLUT(gdcm::LookupTable::BLUE, 256, 0, 8);
+        lut->SetLUT(gdcm::LookupTable::RED, red, 256);
+        lut->SetLUT(gdcm::LookupTable::GREEN, green, 256);
+        lut->SetLUT(gdcm::LookupTable::BLUE, blue, 256);
+        image.SetLUT(*lut);
+        gdcm::DataElement pixels(gdcm::Tag(0x7fe0, 0x0010));
+        pixels.SetByteValue(reinterpret_cast<const char*>(grey.data), uint32_t(grey.total()));
+        image.SetDataElement(pixels);
+        gdcm::DataElement sop(gdcm::Tag(0x0008, 0x0016));
+        const char* uid = gdcm::MediaStorage::GetMSString(gdcm::MediaStorage::SecondaryCaptureImageStorage);
+        sop.SetByteValue(uid, uint32_t(std::strlen(uid)));
+        sop.SetVR(gdcm::VR::UI);
+        writer.GetFile().GetDataSet().Insert(sop);
+        writer.SetFileName((dir + "/palette.dcm").c_str());
+        ASSERT_TRUE(writer.Write());
+        cv::Mat flipped;
+        cv::bitwise_xor(grey, cv::Scalar(0x55), flipped);
+        std::vector<cv::Mat> bgr{flipped, 255 - grey, grey.clone()};
+        cv::Mat expected;
+        cv::merge(bgr, expected);
+        EXPECT_TRUE(Same(sonolex_io::ReadImage(dir + "/palette.dcm"), expected));
+    }
     // YBR back to blue, green, red: within the rounding of two conversions.
     const cv::Mat back = sonolex_io::ReadImage(dir + "/ybr.dcm");
     ASSERT_EQ(back.type(), CV_8UC3);

@@ -55,16 +55,18 @@ cv::Mat ReadDicom(const std::string& path, int frame)
     reader.SetFileName(path.c_str());
     if (!reader.Read())
         throw InputError(ErrorKind::UnsupportedDicom, path, "not a DICOM image GDCM can read (no pixel data?)");
-    gdcm::Image image = reader.GetImage();
-    gdcm::PhotometricInterpretation pi = image.GetPhotometricInterpretation();
+    // GDCM's images are used where they live: copies of them share parts they then free twice.
+    const gdcm::Image* decoded = &reader.GetImage();
+    gdcm::ImageApplyLookupTable lut;
+    gdcm::PhotometricInterpretation pi = decoded->GetPhotometricInterpretation();
     if (pi == gdcm::PhotometricInterpretation::PALETTE_COLOR) {
-        gdcm::ImageApplyLookupTable lut;
-        lut.SetInput(image);
+        lut.SetInput(*decoded);
         if (!lut.Apply())
             throw InputError(ErrorKind::UnsupportedDicom, path, "cannot apply the palette");
-        image = lut.GetOutput();
-        pi = image.GetPhotometricInterpretation();
+        decoded = &lut.GetOutput();
+        pi = decoded->GetPhotometricInterpretation();
     }
+    const gdcm::Image& image = *decoded;
     const unsigned int* dims = image.GetDimensions();
     const int cols = int(dims[0]);
     const int rows = int(dims[1]);
