@@ -110,7 +110,12 @@ void WriteOverlay(const cv::Mat& image, const std::vector<Outcome>& outcomes, co
             legend.Add("  derived by the program: " + derived, kDim);
     }
     legend.Add("");
-    const char* keys[7] = {"lesion outline", "region passed to the entry", "organ outline", "model regions",
+    const std::string organ = outcomes.empty() ? "" : outcomes.front().organ;
+    const char* lesionKey = organ == "gallwall" ? "lumen outline" : organ == "carotid" ? "plaque outline"
+                                                                                       : "lesion outline";
+    const char* organKey = organ == "gallwall" ? "outer outline" : organ == "carotid" ? "vessel outlines"
+                                                                                     : "organ outline";
+    const char* keys[7] = {lesionKey, "region passed to the entry", organKey, "model regions",
                            "long axis", "short axis", "vessel's inner diameter"};
     const cv::Scalar colours[7] = {kLesion, kRegion, kOrgan, kModel, kLongAxis, kShortAxis, kDiameter};
     for (int k = 0; k < 7; ++k)
