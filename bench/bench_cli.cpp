@@ -2,6 +2,7 @@
 // lesion mask decoded, the outline taken from the mask, the region and axes
 // derived, and BreastDescription called; and the decoding alone.
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 
 #include <benchmark/benchmark.h>
@@ -13,11 +14,12 @@
 namespace {
 
 struct Files {
-    std::string scan, mask;
+    std::string dir, scan, mask;
+    ~Files() { std::filesystem::remove_all(dir); }
     Files()
     {
         char pattern[] = "/tmp/sonolex-bench-XXXXXX";
-        const std::string dir = mkdtemp(pattern);
+        dir = mkdtemp(pattern);
         cv::Mat image = synth::Speckle(800, 600, 11);
         const std::vector<cv::Point> outline = synth::Outline(cv::Point(400, 300), 100, 75, 400, 5, 0.06);
         synth::PaintRegion(image, outline, 60.0, 12, 20.0);

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <filesystem>
 #include <sys/wait.h>
 #include <cstdio>
 #include <cstdlib>
@@ -62,14 +63,28 @@ inline Run Program(const std::vector<std::string>& args, const std::string& scra
     return run;
 }
 
+// Directories the tests made, removed when the test program ends.
+struct Scratch {
+    std::vector<std::string> dirs;
+    ~Scratch()
+    {
+        for (const std::string& d : dirs)
+            std::filesystem::remove_all(d);
+    }
+};
+
 // A fresh directory under the system's temporary one.
 inline std::string TempDir(const std::string& name)
 {
+    static Scratch scratch;
     std::string pattern = "/tmp/sonolex-" + name + "-XXXXXX";
     std::vector<char> buffer(pattern.begin(), pattern.end());
     buffer.push_back('\0');
     const char* made = mkdtemp(buffer.data());
-    return made == nullptr ? std::string() : std::string(made);
+    if (made == nullptr)
+        return std::string();
+    scratch.dirs.push_back(made);
+    return made;
 }
 
 inline void Write(const std::string& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
