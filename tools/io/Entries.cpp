@@ -16,7 +16,7 @@ namespace {
 
 // A record field: its byte, its meanings by value, its preset, whether the
 // preset is itself a verdict, and its place in the order of writing.
-struct FieldSpec {
+struct FieldInfo {
     const char* name;
     int byte;
     std::map<int, const char*> meanings; // empty for a measured number
@@ -26,17 +26,17 @@ struct FieldSpec {
     const char* note = nullptr;          // meaning of a measured number
 };
 
-struct OrganSpec {
+struct RecordTable {
     Organ organ;
     const char* name;
-    std::vector<FieldSpec> fields;
+    std::vector<FieldInfo> fields;
 };
 
 constexpr int32_t kUnwritten = INT32_MIN; // preset of coordinates: no coordinate takes it
 
-const std::vector<OrganSpec>& Specs()
+const std::vector<RecordTable>& Tables()
 {
-    static const std::vector<OrganSpec> specs{
+    static const std::vector<RecordTable> tables{
         {Organ::Breast,
          "breast",
          {{"shape", 0, {{1, "oval or elongated, few shallow indentations"}, {2, "round or oval, no indentation"},
@@ -76,12 +76,12 @@ const std::vector<OrganSpec>& Specs()
           {"thickenVerdict", 4, {{1, "no thickening"}, {2, "diffuse thickening"}, {3, "focal thickening"}}, 0, false,
            0}}},
     };
-    return specs;
+    return tables;
 }
 
-const OrganSpec& SpecOf(Organ organ)
+const RecordTable& RecordOf(Organ organ)
 {
-    for (const OrganSpec& s : Specs())
+    for (const RecordTable& s : Tables())
         if (s.organ == organ)
             return s;
     throw std::logic_error("organ without a record table");
@@ -189,19 +189,19 @@ Record FromWords(const std::vector<int32_t>& words)
 
 std::optional<Organ> OrganFromName(const std::string& name)
 {
-    for (const OrganSpec& s : Specs())
+    for (const RecordTable& s : Tables())
         if (name == s.name)
             return s.organ;
     return std::nullopt;
 }
 
-const char* OrganName(Organ organ) { return SpecOf(organ).name; }
+const char* OrganName(Organ organ) { return RecordOf(organ).name; }
 
 const std::vector<std::string>& OrganNames()
 {
     static const std::vector<std::string> names = [] {
         std::vector<std::string> n;
-        for (const OrganSpec& s : Specs())
+        for (const RecordTable& s : Tables())
             n.push_back(s.name);
         return n;
     }();
@@ -211,14 +211,14 @@ const std::vector<std::string>& OrganNames()
 std::vector<std::string> FieldNames(Organ organ)
 {
     std::vector<std::string> names;
-    for (const FieldSpec& f : SpecOf(organ).fields)
+    for (const FieldInfo& f : RecordOf(organ).fields)
         names.push_back(f.name);
     return names;
 }
 
 bool IsCategorical(Organ organ, const std::string& field)
 {
-    for (const FieldSpec& f : SpecOf(organ).fields)
+    for (const FieldInfo& f : RecordOf(organ).fields)
         if (field == f.name)
             return !f.meanings.empty();
     return false;
@@ -233,7 +233,7 @@ Arguments Prepare(const Case& c, std::vector<std::string>& derived)
     a.height = c.image.rows;
     a.lesion = c.lesion;
     a.lesion_name = "lesionPoints";
-    for (const FieldSpec& f : SpecOf(c.organ).fields)
+    for (const FieldInfo& f : RecordOf(c.organ).fields)
         a.preset.push_back(f.preset);
 
     auto region = [&]() {
@@ -353,16 +353,16 @@ std::vector<int32_t> CallEntry(const cv::Mat& image, const Arguments& a)
 
 std::vector<Field> ReadRecord(Organ organ, const std::vector<int32_t>& words)
 {
-    const std::vector<FieldSpec>& specs = SpecOf(organ).fields;
+    const std::vector<FieldInfo>& tables = RecordOf(organ).fields;
     // The last field in the order of writing that holds something other
     // than its preset: it and every field written before it were reached.
     int lastWritten = -1;
-    for (size_t i = 0; i < specs.size(); ++i)
-        if (specs[i].writeOrder >= 0 && words.at(i) != specs[i].preset)
-            lastWritten = std::max(lastWritten, specs[i].writeOrder);
+    for (size_t i = 0; i < tables.size(); ++i)
+        if (tables[i].writeOrder >= 0 && words.at(i) != tables[i].preset)
+            lastWritten = std::max(lastWritten, tables[i].writeOrder);
     std::vector<Field> fields;
-    for (size_t i = 0; i < specs.size(); ++i) {
-        const FieldSpec& s = specs[i];
+    for (size_t i = 0; i < tables.size(); ++i) {
+        const FieldInfo& s = tables[i];
         Field f;
         f.name = s.name;
         f.byte = s.byte;
@@ -376,7 +376,7 @@ std::vector<Field> ReadRecord(Organ organ, const std::vector<int32_t>& words)
             // Not reached for sure when it, or a field written between the
             // last one seen and it, still holds a preset that is no verdict.
             bool surelyNot = false;
-            for (const FieldSpec& t : specs)
+            for (const FieldInfo& t : tables)
                 if (t.writeOrder > lastWritten && t.writeOrder <= s.writeOrder && !t.presetIsVerdict)
                     surelyNot = true;
             if (surelyNot)
