@@ -6,6 +6,8 @@
 # add. Only OpenCV's split packages: never the libopencv-dev meta-package.
 LIB_PACKAGES := cmake make g++ pkg-config libopencv-core-dev libopencv-imgproc-dev
 TEST_PACKAGES := libgtest-dev libbenchmark-dev
+# The command-line program: options, JSON, image codecs and DICOM (GDCM).
+TOOL_PACKAGES := libcli11-dev nlohmann-json3-dev libopencv-imgcodecs-dev libgdcm-dev
 FUZZ_PACKAGES := clang libclang-rt-14-dev
 CHECK_PACKAGES := valgrind
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
@@ -43,7 +45,7 @@ define install_missing
 endef
 
 deps:
-	$(call install_missing,$(LIB_PACKAGES))
+	$(call install_missing,$(LIB_PACKAGES) $(TOOL_PACKAGES))
 
 deps-test: deps
 	$(call install_missing,$(TEST_PACKAGES))
@@ -58,8 +60,13 @@ build-all: deps-test
 	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=Release -DSONOLEX_TESTS=ON -DSONOLEX_BENCH=ON
 	cmake --build $(BUILD) -j $(JOBS)
 
+# Synthetic cases as PNG files, described one by one and as a batch, with overlays.
 demo: build
-	./$(BUILD)/tools/sonolex_demo
+	./$(BUILD)/tools/sonolex_demo_cases $(BUILD)/demo
+	./$(BUILD)/tools/sonolex describe --organ breast $(BUILD)/demo/breast-oval.png $(BUILD)/demo/breast-oval-mask.png \
+	  --overlay $(BUILD)/demo/breast-oval-overlay.png
+	./$(BUILD)/tools/sonolex batch $(BUILD)/demo/cases.csv $(BUILD)/demo/verdicts.csv --overlays $(BUILD)/demo
+	@echo "verdicts: $(BUILD)/demo/verdicts.csv; overlays: $(BUILD)/demo/[1-7]-*.png"
 
 test-release: build-all
 	ctest --test-dir $(BUILD) --output-on-failure -j $(JOBS)
