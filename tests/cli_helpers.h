@@ -221,6 +221,12 @@ inline std::vector<int32_t> CallFromJson(const nlohmann::json& j, const cv::Mat&
         GallWallDescription(image.data, ch, w, h, int(outer.size()), outer.data(), int(inner.size()), inner.data(),
                             &r);
         std::memcpy(words.data(), &r, sizeof r);
+    } else if (entry == "GallBladderWallDescription") {
+        const std::vector<MyPoint> organ = Points(a["organPoints"]["points"]);
+        GallBladderWallResult r;
+        std::memcpy(&r, words.data(), sizeof r);
+        GallBladderWallDescription(image.data, ch, w, h, roi, int(organ.size()), organ.data(), &r);
+        std::memcpy(words.data(), &r, sizeof r);
     }
     return words;
 }
@@ -230,7 +236,17 @@ inline std::vector<int32_t> RecordWords(const nlohmann::json& j)
 {
     std::vector<std::pair<int, int32_t>> fields;
     for (const auto& item : j.at("record").items())
-        fields.emplace_back(item.value().at("byte").get<int>(), item.value().at("value").get<int32_t>());
+    {
+        const nlohmann::json& value = item.value().at("value");
+        int32_t word = 0;
+        if (value.is_number_float()) { // a float field: its bits
+            const float f = value.get<float>();
+            std::memcpy(&word, &f, sizeof word);
+        } else {
+            word = value.get<int32_t>();
+        }
+        fields.emplace_back(item.value().at("byte").get<int>(), word);
+    }
     std::sort(fields.begin(), fields.end());
     std::vector<int32_t> words;
     for (const auto& f : fields)

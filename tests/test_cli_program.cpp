@@ -82,6 +82,28 @@ TEST(CliProgram, DescribeGivesTheEntrysRecordForEachInputKind)
     }
 }
 
+TEST(CliProgram, GallBladderTakesTheMaskAsTheOrganOutline)
+{
+    // The mask's outline goes in as the organ outline (60 points) with the
+    // derived region (0, 0, 60, 48). The entry drops the organ before its
+    // mask is drawn and ends at the centroid of an empty label: only
+    // wallVerdict is cleared, and every other word keeps its preset.
+    const Scene s;
+    const clitest::Run run = Program({"describe", "--organ", "gallbladder", "--points", s("scan.png"), s("mask.png")},
+                                     s.dir);
+    ASSERT_EQ(run.status, 0) << run.err;
+    const json j = json::parse(run.out);
+    EXPECT_EQ(j["entry"], "GallBladderWallDescription");
+    EXPECT_EQ(j["arguments"]["organPoints"]["count"], 60);
+    EXPECT_EQ(j["arguments"]["roi"], json({{"x", 0}, {"y", 0}, {"width", 60}, {"height", 48}}));
+    EXPECT_EQ(j["record"]["wallVerdict"]["value"], 0);
+    EXPECT_EQ(j["record"]["wallVerdict"]["reached"], false);
+    EXPECT_EQ(j["record"]["maxDistance"]["reached"], false);
+    const std::vector<int32_t> preset = j["arguments"]["resultPreset"].get<std::vector<int32_t>>();
+    EXPECT_EQ(clitest::RecordWords(j), preset);
+    EXPECT_EQ(clitest::RecordWords(j), clitest::CallFromJson(j, s.scan));
+}
+
 TEST(CliProgram, CsvAndComponentsHaveOneRowACase)
 {
     const Scene s;

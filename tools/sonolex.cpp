@@ -130,7 +130,7 @@ Run `sonolex describe --help` or `sonolex batch --help` for each command's optio
     describe->add_option("image", d.sources.image, Wrap("the scan"))->required();
     describe->add_option("mask", d.sources.mask,
                          Wrap("the lesion mask, same size as the scan (gallwall: the wall, whose hole is the lumen; "
-                         "or the lumen when --organ-mask gives the outer outline)"));
+                         "or the lumen when --organ-mask gives the outer outline; gallbladder: the organ)"));
     describe->add_option("--outline", d.sources.outline,
                          Wrap("the lesion outline as JSON ([[x, y], ...] in image pixels) instead of MASK"));
     describe->add_option("--label", d.sources.label, Wrap("lesion label in MASK; default: any non-zero pixel"));

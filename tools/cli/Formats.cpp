@@ -100,7 +100,10 @@ Json ToJson(const Outcome& o, bool points)
     for (const sonolex_io::Field& f : d.fields) {
         Json field;
         field["byte"] = f.byte;
-        field["value"] = f.value;
+        if (f.real)
+            field["value"] = sonolex_io::AsFloat(f.value);
+        else
+            field["value"] = f.value;
         field["meaning"] = f.meaning;
         field["reached"] = f.reached ? Json(*f.reached) : Json(nullptr);
         record[f.name] = field;
@@ -192,7 +195,7 @@ std::vector<std::string> OutcomeCells(const Outcome& o, const std::vector<std::s
         std::string cell;
         for (const sonolex_io::Field& f : d.fields) {
             if (column == f.name)
-                cell = std::to_string(f.value);
+                cell = f.real ? Json(sonolex_io::AsFloat(f.value)).dump() : std::to_string(f.value);
             else if (column == f.name + "_meaning")
                 cell = f.meaning;
         }

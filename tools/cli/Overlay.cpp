@@ -111,8 +111,10 @@ void WriteOverlay(const cv::Mat& image, const std::vector<Outcome>& outcomes, co
     }
     legend.Add("");
     const std::string organ = outcomes.empty() ? "" : outcomes.front().organ;
-    const char* lesionKey = organ == "gallwall" ? "lumen outline" : organ == "carotid" ? "plaque outline"
-                                                                                       : "lesion outline";
+    const char* lesionKey = organ == "gallwall"      ? "lumen outline"
+                            : organ == "carotid"     ? "plaque outline"
+                            : organ == "gallbladder" ? "organ outline"
+                                                     : "lesion outline";
     const char* organKey = organ == "gallwall" ? "outer outline" : organ == "carotid" ? "vessel outlines"
                                                                                      : "organ outline";
     const char* keys[7] = {lesionKey, "region passed to the entry", organKey, "model regions",

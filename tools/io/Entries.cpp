@@ -24,6 +24,7 @@ struct FieldInfo {
     bool presetIsVerdict;
     int writeOrder;                      // -1: never written
     const char* note = nullptr;          // meaning of a measured number
+    bool real = false;                   // a float, read from the word's bits
 };
 
 struct RecordTable {
@@ -75,6 +76,17 @@ const std::vector<RecordTable>& Tables()
          {{"wallVerdict", 0, {{1, "normal wall"}, {2, "abnormal wall"}}, 0, false, 1},
           {"thickenVerdict", 4, {{1, "no thickening"}, {2, "diffuse thickening"}, {3, "focal thickening"}}, 0, false,
            0}}},
+        {Organ::GallBladder,
+         "gallbladder",
+         {{"wallVerdict", 0, {{1, "lumen close to the organ outline"}, {2, "not close, or nothing to compare"}}, 0,
+           false, 0},
+          {"reserved", 4, {}, 0, false, -1, "never written: the host's value stays"},
+          {"maxDistance", 8, {}, kUnwritten, false, 1, "largest lumen-to-outline distance, region pixels", true},
+          {"meanDistance", 12, {}, kUnwritten, false, 1, "mean lumen-to-outline distance, region pixels", true},
+          {"firstX", 16, {}, kUnwritten, false, 1, "lumen end of the largest distance, column"},
+          {"firstY", 20, {}, kUnwritten, false, 1, "lumen end of the largest distance, row"},
+          {"secondX", 24, {}, kUnwritten, false, 1, "outline end of the largest distance, column"},
+          {"secondY", 28, {}, kUnwritten, false, 1, "outline end of the largest distance, row"}}},
     };
     return tables;
 }
@@ -293,6 +305,11 @@ Arguments Prepare(const Case& c, std::vector<std::string>& derived)
             throw InputError(ErrorKind::Usage, "--organ-mask", "gallwall needs the outer outline of the gall bladder");
         a.organ = {c.organ_outlines.front()};
         break;
+    case Organ::GallBladder:
+        a.entry = "GallBladderWallDescription";
+        a.lesion_name = "organPoints";
+        a.roi = region();
+        break;
     }
     return a;
 }
@@ -348,6 +365,12 @@ std::vector<int32_t> CallEntry(const cv::Mat& image, const Arguments& a)
                             lesionCount, lesion.data(), &record);
         return Words(record);
     }
+    if (a.entry == "GallBladderWallDescription") {
+        auto record = FromWords<GallBladderWallResult>(a.preset);
+        GallBladderWallDescription(pixels.data, a.channels, a.width, a.height, roi, lesionCount, lesion.data(),
+                                   &record);
+        return Words(record);
+    }
     throw std::logic_error("no entry named " + a.entry);
 }
 
@@ -368,6 +391,7 @@ std::vector<Field> ReadRecord(Organ organ, const std::vector<int32_t>& words)
         f.byte = s.byte;
         f.value = words[i];
         f.categorical = !s.meanings.empty();
+        f.real = s.real;
         if (s.writeOrder < 0) {
             f.reached = false;
         } else if (s.writeOrder <= lastWritten) {

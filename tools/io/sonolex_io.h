@@ -9,6 +9,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -63,7 +64,7 @@ Outline LargestHole(const cv::Mat& binary);
 Outline ReadOutlineJson(const std::string& path);
 
 // ---- organs and the arguments of their entries ----
-enum class Organ { Breast, Thyroid, Liver, Carotid, GallWall };
+enum class Organ { Breast, Thyroid, Liver, Carotid, GallWall, GallBladder };
 std::optional<Organ> OrganFromName(const std::string& name);
 const char* OrganName(Organ organ);
 const std::vector<std::string>& OrganNames();
@@ -103,7 +104,16 @@ struct Field {
     std::string meaning;
     std::optional<bool> reached;      // empty when the record cannot tell
     bool categorical = true;          // false for measured numbers
+    bool real = false;                // `value` holds the bits of a float
 };
+
+// A record word that holds a float, as the float.
+inline float AsFloat(int32_t bits)
+{
+    float value;
+    std::memcpy(&value, &bits, sizeof value);
+    return value;
+}
 
 struct Description {
     Organ organ = Organ::Breast;
