@@ -74,7 +74,38 @@
 #include "sonolex/BusFeature.h"
 #include "sonolex/Description.h"
 
-/* Texture (GLCM) and contour sampling (PreprocessContours, Point2D) join this
- * header when they are built. */
+/* Texture. GLCM counts grey-level co-occurrences in a window around a pixel
+ * and takes four measures of the normalised matrix p (levels x levels):
+ *   energy = sum p^2, contrast = sum (i-j)^2 p,
+ *   homogenity = sum p / (|i-j| + 1), entropy = -sum p log10 p.
+ * Quantise first with GrayMagnitude (4, 8 or 16 levels: the byte shifted
+ * right by 6, 5 or 4); CalcuOneGLCM indexes the matrix by the source bytes
+ * and throws std::out_of_range on a byte at or above the level count, and
+ * on an image under 3 x 3 when the window must shrink to 3 x 3. Windows are
+ * odd (size 4 acts as 5), centred on (row, column), and become the 3 x 3
+ * window held inside the image when they would leave it. Directions: 0
+ * vertical, 1 down-right, 2 horizontal, 3 down-left. CalcuTextureEValue sums
+ * the four directions' mean over every pixel (no division by the pixel
+ * count); CalcuTextureImages gives it per pixel. Cost: four windows and two
+ * normalisations per pixel. The object holds nothing: thread-safe. */
+#include "sonolex/GLCM.h"
+
+/* Contour sampling. PreprocessContours reduces the outline pixels (255) of
+ * two CV_8UC1 frames, assigned by the caller to _frame[0] and _frame[1], to
+ * ordered and thinned point lists in (column, row) image coordinates. Every
+ * call appends: _pixels and _samples grow, so use one object per sampling.
+ * The circular order (Point2D, OrdenamientoCircular) sorts by direction from
+ * the lowest (smallest y, then x) pixel, nearest first along one direction;
+ * it writes the process-wide pole `reference`, so it is NOT reentrant: do
+ * not order, or sample in circular order, on two threads at once (the entry
+ * points never use it). GetEllipseSamplePts, GetEllipseSamplePts0 and
+ * GetSamplePts shuffle with cv::theRNG(): seed it (cv::theRNG().state = ...)
+ * on the calling thread for a fixed result. OnBorder on a pixel outside the
+ * frame fails its assertion in every build and aborts the process; every
+ * other failure is an exception (a frame index other than 0 or 1,
+ * std::invalid_argument for a point count of 0, cv::Exception from corner
+ * detection on an empty frame). */
+#include "sonolex/Point2D.h"
+#include "sonolex/PreprocessContours.h"
 
 #endif /* SONOLEX_HPP */
