@@ -80,6 +80,37 @@ public:
     std::vector<float> GetShapeFeatureMy();
     std::vector<float> ThyGetMarginFeatureMy();
 
+    // ---- toolkit begin ----
+    // Measures no entry point uses; each writes only the members it names.
+    // Direction of b - a in radians, 0 to 2 pi, with the image's y axis
+    // pointing down: t = atan(|float(dy) / float(dx)|); dx > 0, dy < 0 gives
+    // t, dx < 0, dy < 0 gives pi - t, dx < 0, dy > 0 gives pi + t, dx > 0,
+    // dy > 0 gives 2 pi - t; dx == 0 gives pi / 2 (0 when dy is 0 too), dy == 0 gives 0.
+    double GetPointsAngle(cv::Point a, cv::Point b);
+    // Sum of GetPointsAngle over neighbouring points (first to last, not
+    // closed) over the number of points; NaN for no points.
+    double CalAverageAngle(const std::vector<cv::Point>& contour);
+    // Sample standard deviation of the radial lengths from `centre`, each over
+    // the greatest: 0 for a circle about `centre`, larger for lobed outlines.
+    // One point gives 0, none gives 0; NaN when every point is `centre`.
+    double NormRadialLength(const std::vector<cv::Point>& contour, cv::Point centre);
+    // {m_nrg, m_nrg2, m_nrg3}: NormRadialGradient, NormRadialLength and
+    // CalAverageAngle of the lesion outline about m_centroid, as floats.
+    std::vector<float> CalcuNrgs();
+    // {hull perimeter / lesion perimeter, lesion area / hull area,
+    // m_circularity, m_ellipseRatio, m_fourierDist}, after FillShapeMeasures.
+    std::vector<float> GetShapeFeature2();
+    // {GrayDiff(m_label, m_srcImg, 20, true), m_innerPt1.y, m_innerPt1.x,
+    // m_innerPt2.y, m_innerPt2.x}; no measure writes the two points, so the
+    // last four are 0.
+    std::vector<float> GetInnerEchoFeature();
+    // GrayDiff(m_label, m_srcImg, 20, flag).
+    float GetGrayDiff(bool flag);
+    // Corner search on the lesion mask (20 corners, quality 0.2, 5 pixels
+    // apart) on a clone; the corners are dropped, so it changes nothing.
+    void findTrackPoints();
+    // ---- toolkit end ----
+
     // ---- breast begin ----
     // Breast initialiser: lesion masks, ellipse, area, grey statistics,
     // hull, perimeter, Otsu level of the region and the mean of the ring
@@ -111,6 +142,10 @@ public:
     // Fourier distance}; fills circularity, ellipse ratio, hull perimeter
     // and Fourier distance.
     std::vector<float> GetShapeFeature();
+    // Fills m_circularity (4 pi area / perimeter^2), m_ellipseRatio (pi a b
+    // / (4 perimeter)), both 1 for a zero perimeter, m_hullPerimeter (1 with
+    // no hull) and m_fourierDist (lesion outline against the filled hull's).
+    void FillShapeMeasures();
     // Distance between the Fourier descriptors (10 harmonics) of two outlines.
     double FourierDescriptors2(const std::vector<cv::Point>& first, const std::vector<cv::Point>& second);
     // ---- breast end ----
