@@ -20,6 +20,10 @@ struct DefectDepths {
     float greatest = 0.0f;
 };
 SONOLEX_EXPORT DefectDepths DeepDefects(const std::vector<cv::Point>& contour, double floor);
+// Sample standard deviation of the radial lengths from `centre`, each over
+// the greatest: float lengths, float mean, double spread over n - 1 (not
+// divided for one point; 0 for none).
+SONOLEX_EXPORT double NormRadialSpread(const std::vector<cv::Point>& contour, cv::Point centre);
 // Four pi times area over perimeter squared, in double, as float; 1 for a zero perimeter.
 SONOLEX_EXPORT float Circularity(float area, float perimeter);
 

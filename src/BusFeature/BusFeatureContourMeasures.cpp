@@ -36,6 +36,11 @@ double BUSFeature::CalAverageAngle(const std::vector<cv::Point>& contour)
 
 double BUSFeature::NormRadialLength(const std::vector<cv::Point>& contour, cv::Point centre)
 {
+    return NormRadialSpread(contour, centre);
+}
+
+double NormRadialSpread(const std::vector<cv::Point>& contour, cv::Point centre)
+{
     const int n = static_cast<int>(contour.size());
     std::vector<float> lengths;
     lengths.reserve(contour.size());
