@@ -197,3 +197,31 @@ TEST(ContourSampling, SamplePts2HoldsBothFramesInBothLists)
     EXPECT_EQ(first, expected);
     EXPECT_EQ(second, expected);
 }
+
+TEST(ContourSampling, NearestNeighbourSamplesMatchTheCornerCount)
+{
+    // Frame 0, ten pixels in a row, chained from (0,0): (1,0) .. (9,0), then
+    // back to (7,0) (the step back to (8,0) is barred). Frame 1: the square's 4 corners.
+    const std::vector<cv::Point> strided = {{1, 0}, {4, 0}, {7, 0}, {7, 0}};
+    PreprocessContours pc;
+    pc._frame[0] = Row(10);
+    pc._frame[1] = Square();
+    std::vector<cv::Point> first, second;
+    pc.GetSamplePts(first, second);
+    ASSERT_EQ(second.size(), 4u);
+    EXPECT_EQ(pc._sampleCount, 4);
+    EXPECT_EQ(first, strided) << "stride ceil(10 / 4) = 3: indices 0, 3, 6, 9";
+
+    // n = 4: stride 10 / 4 + 1 = 3, the same four.
+    PreprocessContours single;
+    single._frame[0] = Row(10);
+    std::vector<cv::Point> out;
+    single.GetEllipseSamplePts0(out, 4);
+    EXPECT_EQ(out, strided);
+
+    // No corner in frame 1 leaves no stride to take.
+    PreprocessContours none;
+    none._frame[0] = Row(10);
+    none._frame[1] = cv::Mat::zeros(20, 20, CV_8UC1);
+    EXPECT_THROW(none.GetSamplePts(first, second), std::invalid_argument);
+}
