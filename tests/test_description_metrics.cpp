@@ -177,3 +177,49 @@ TEST(DescriptionMetrics, SvmVerdictsFromATinyModel)
     EXPECT_EQ(d.BoundaryDescriptionSVM(svm, {-1.5f}), -1);
     EXPECT_EQ(d.MarginDescriptionSVM(svm, {2.0f}), 1);
 }
+
+TEST(DescriptionMetrics, ThresholdsAtTheValleysBetweenCrests)
+{
+    // Bins not listed are 0. Crests: 10 (40), 50 (30), 90 (20), 130 (5).
+    const auto hist = [](const std::vector<std::pair<int, float>>& bins) {
+        cv::Mat h = cv::Mat::zeros(256, 1, CV_32F);
+        for (const auto& [grey, count] : bins)
+            h.at<float>(grey) = count;
+        return h;
+    };
+    const cv::Mat four = hist({{10, 40}, {50, 30}, {90, 20}, {130, 5}});
+    // Between 10 and 50 the first zero is bin 11; between 50 and 90, bin 51.
+    EXPECT_EQ(GetThreshold2Crest(four), 11);
+    int low = -7, high = -7;
+    EXPECT_TRUE(GetThreshold3Crest(four, low, high));
+    EXPECT_EQ(low, 11);
+    EXPECT_EQ(high, 51);
+
+    // A valley that is not empty: 10 (40), 11..19 at 8, 20 at 3, 21..29 at 8, 30 (35): valley 20.
+    std::vector<std::pair<int, float>> shaped = {{10, 40}, {20, 3}, {30, 35}};
+    for (int g = 11; g < 30; ++g)
+        if (g != 20)
+            shaped.emplace_back(g, 8.0f);
+    EXPECT_EQ(GetThreshold2Crest(hist(shaped)), 20);
+
+    // One crest: a plateau 100..104 at 9 crests at 100 only.
+    const cv::Mat single = hist({{100, 9}, {101, 9}, {102, 9}, {103, 9}, {104, 9}});
+    EXPECT_EQ(GetThreshold2Crest(single), -1);
+    EXPECT_FALSE(GetThreshold3Crest(single, low, high));
+    EXPECT_EQ(low, 11) << "left alone";
+}
+
+TEST(DescriptionMetrics, BoundaryOfAContourOnTheRegion)
+{
+    // Flat region: both bands alike with no spread, 0 / 0 is NaN, counted abrupt (1).
+    Description flat = Make();
+    EXPECT_EQ(flat.BoundaryDescription2(kSquare), 1);
+    // A 100/110 checkerboard: the bands' means are about equal, so their
+    // between-class variance is near 0 against a spread of about 5: 2 (not abrupt).
+    cv::Mat board(100, 100, CV_8U);
+    for (int r = 0; r < 100; ++r)
+        for (int c = 0; c < 100; ++c)
+            board.at<uchar>(r, c) = uchar((r + c) % 2 == 0 ? 100 : 110);
+    Description textured(board, board, cv::Rect(0, 0, 100, 100));
+    EXPECT_EQ(textured.BoundaryDescription2(std::vector<cv::Point>{{30, 30}, {70, 30}, {70, 70}, {30, 70}}), 2);
+}

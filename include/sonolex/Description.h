@@ -18,6 +18,19 @@ class SVM;
 }
 } // namespace cv
 
+// Grey thresholds from the crests of a 256-bin histogram (as GreyHistogram
+// gives it, any 256-value CV_32F vector). A crest is a non-empty bin above its left
+// neighbour (bin 0 counts as above nothing) and not below its right one
+// (bin 255 likewise), so a plateau crests at its first bin; crests are ranked
+// by height, lower grey first among equals. A threshold is the grey of the
+// lowest bin between two crests, the first of equal ones.
+// The valley between the two highest crests; -1 with fewer than two crests.
+SONOLEX_EXPORT int GetThreshold2Crest(const cv::Mat& hist);
+// The valleys between the three highest crests, taken in grey order: `low`
+// between the darkest two, `high` between the brightest two. False, and both
+// left alone, with fewer than three crests.
+SONOLEX_EXPORT bool GetThreshold3Crest(const cv::Mat& hist, int& low, int& high);
+
 // The wall measures of the gall bladder, returned together.
 struct WallSize {
     float max;
@@ -43,6 +56,9 @@ public:
     // ---- breast begin ----
     // Boundary from the band contrast: 1 abrupt (above 8.0, or NaN), 2 otherwise.
     int BoundaryDescription2(float value);
+    // Boundary of a contour (region coordinates) on the region image: the
+    // float form on GrayAvgsep of its filled label with 15-pixel bands.
+    int BoundaryDescription2(const std::vector<cv::Point>& contour);
     // ---- breast end ----
 
     // ---- liver begin ----

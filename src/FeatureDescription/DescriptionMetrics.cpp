@@ -201,3 +201,10 @@ int Description::ShapeDescription(const std::vector<cv::Point>& contour)
     int regularity = 0;
     return ShapeDescriptionOld(contour, regularity);
 }
+
+int Description::BoundaryDescription2(const std::vector<cv::Point>& contour)
+{
+    cv::Mat label = cv::Mat::zeros(m_regionImage.size(), CV_8UC1);
+    DrawContour(label, contour, cv::Scalar(1), -1, cv::LINE_8);
+    return BoundaryDescription2(GrayAvgsep(label, m_regionImage, 15));
+}
