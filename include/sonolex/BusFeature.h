@@ -113,6 +113,15 @@ public:
     // Corner search on the lesion mask (20 corners, quality 0.2, 5 pixels
     // apart) on a clone; the corners are dropped, so it changes nothing.
     void findTrackPoints();
+    // {mean grey under m_label, mean grey of the band 20 rows deep right
+    // below the lesion outline's bounding box, as wide as it, cut to the
+    // image (0 when nothing is left)}: a bright lesion over a dark band is a
+    // strong echo with an acoustic shadow.
+    std::vector<float> GetGbPosterEchoFeature();
+    // {lesion pixels (m_label) darker than m_liverAvgGray, lesion pixels at
+    // or above it, |grey of the lesion histogram's highest bin (white left
+    // out) - m_liverAvgGray|}, all as floats.
+    std::vector<float> GetEchoFeatureUseHist();
     // ---- toolkit end ----
 
     // ---- breast begin ----

@@ -164,6 +164,22 @@ public:
     int EchoDescriptionSVM(const cv::Ptr<cv::ml::SVM>& svm, const std::vector<float>& features);
     int BoundaryDescriptionSVM(const cv::Ptr<cv::ml::SVM>& svm, const std::vector<float>& features);
     int MarginDescriptionSVM(const cv::Ptr<cv::ml::SVM>& svm, const std::vector<float>& features);
+    // Echo of a gall bladder lesion from the feature's grey levels (high,
+    // bright, liver and, in the second form, the lesion mean avg) and
+    // GetGbPosterEchoFeature (p0, p1). First rule that holds:
+    // GallBladderEcho: 4 (strong) when high >= bright - 26 or p0 - p1 > 50;
+    // 3 (hyperechoic) when high > liver + 20; 2 (hypoechoic) when
+    // high < liver - 15; else 6 (isoechoic).
+    // GallBladderEcho2: with avg <= 80, 2 below liver - 15, 6 up to liver + 20,
+    // else 3; with avg > 80, 4 when high >= bright - 26 or p0 - p1 > 50, else 3.
+    int GallBladderEcho(BUSFeature feature);
+    int GallBladderEcho2(BUSFeature feature);
+    // Liver lesion echo from GetEchoFeatureUseHist (f): when the lesion's mean
+    // grey over the liver's is above 1.1, 4 when the lesion area is at most
+    // 0.01 of the organ outline's area (whole-image coordinates), else 3;
+    // otherwise 1 (hypoechoic) when f[0] / f[1] > 2, 2 (isoechoic) when
+    // f[2] <= 10, else 1.
+    int LiverEchoUseHist(BUSFeature feature, std::vector<cv::Point> organContour);
     // ---- metric family end ----
 
     // Members in their fixed order of declaration.
