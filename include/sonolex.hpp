@@ -151,8 +151,13 @@
  *   and the verdicts on them: ContourRegularity (1 oval, 2 round, 3
  *   irregular), ShapeDescriptionOld (1 parallel, 2 not), MarginDescription
  *   (1 circumscribed, 2 not), JudgeEchoType (1 one sharp histogram peak, 2
- *   spread), and the SVM verdicts on a host model (cv::ml::SVM, declared
- *   only: include <opencv2/ml.hpp> and link opencv_ml to make one).
+ *   spread), BoundaryDescription2 on a contour (1 abrupt, 2 not),
+ *   GallBladderEcho, GallBladderEcho2 and LiverEchoUseHist (echo grades from
+ *   BUSFeature's grey levels, its posterior band GetGbPosterEchoFeature and
+ *   its histogram summary GetEchoFeatureUseHist), the free histogram
+ *   thresholds GetThreshold2Crest and GetThreshold3Crest, and the SVM
+ *   verdicts on a host model (cv::ml::SVM, declared only: include
+ *   <opencv2/ml.hpp> and link opencv_ml to make one).
  *   m_contourArea and m_contourPerimeter are set by no operation: unless the
  *   host assigns them, roundness and tightness are 0 and CalcuCircularity
  *   is NaN. MatchContoursSC and ContourRegularity2 use the circular order
