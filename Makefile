@@ -4,7 +4,7 @@
 
 # What the library and its programs need, and what the tests and benchmarks
 # add. Only OpenCV's split packages: never the libopencv-dev meta-package.
-LIB_PACKAGES := cmake make g++ pkg-config libopencv-core-dev libopencv-imgproc-dev
+LIB_PACKAGES := cmake make g++ pkg-config libopencv-core-dev libopencv-imgproc-dev libopencv-shape-dev libopencv-ml-dev
 TEST_PACKAGES := libgtest-dev libbenchmark-dev
 # The command-line program: options, JSON, image codecs and DICOM (GDCM).
 TOOL_PACKAGES := libcli11-dev nlohmann-json3-dev libopencv-imgcodecs-dev libgdcm-dev

@@ -38,6 +38,22 @@ int main()
     GallBladderWallDescription(grey.data, 1, 40, 30, RoiCoor{0, 0, 40, 30}, 4, organ, &result);
     if (result.wallVerdict != 0)
         ++failures;
+    // Texture: a flat 0 image puts every pair at (0, 0), energy 1 per pixel.
+    GLCM glcm;
+    TextureEValues texture{};
+    glcm.CalcuTextureEValue(cv::Mat::zeros(3, 3, CV_8UC1), texture, 3, GRAY_4);
+    if (texture.energy != 9.0f)
+        ++failures;
+    // Contour sampling: a 1 x 3 outline keeps all three pixels, left to right.
+    PreprocessContours sampler;
+    sampler._frame[1] = cv::Mat(1, 3, CV_8UC1, cv::Scalar(255));
+    std::vector<cv::Point> samples;
+    sampler.GetOriginalSamplePts(samples);
+    if (samples.size() != 3 || samples.back() != cv::Point(2, 0))
+        ++failures;
+    // Edge analysis: a flat image has no edge.
+    if (EVA({cv::Point(5, 5), cv::Point(20, 5), cv::Point(20, 20)}, grey) != 0.0)
+        ++failures;
     if (failures != 0)
         std::fprintf(stderr, "%d checks failed\n", failures);
     return failures == 0 ? 0 : 1;

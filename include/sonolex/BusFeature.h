@@ -20,6 +20,10 @@ struct DefectDepths {
     float greatest = 0.0f;
 };
 SONOLEX_EXPORT DefectDepths DeepDefects(const std::vector<cv::Point>& contour, double floor);
+// Sample standard deviation of the radial lengths from `centre`, each over
+// the greatest: float lengths, float mean, double spread over n - 1 (not
+// divided for one point; 0 for none).
+SONOLEX_EXPORT double NormRadialSpread(const std::vector<cv::Point>& contour, cv::Point centre);
 // Four pi times area over perimeter squared, in double, as float; 1 for a zero perimeter.
 SONOLEX_EXPORT float Circularity(float area, float perimeter);
 
@@ -80,6 +84,46 @@ public:
     std::vector<float> GetShapeFeatureMy();
     std::vector<float> ThyGetMarginFeatureMy();
 
+    // ---- toolkit begin ----
+    // Measures no entry point uses; each writes only the members it names.
+    // Direction of b - a in radians, 0 to 2 pi, with the image's y axis
+    // pointing down: t = atan(|float(dy) / float(dx)|); dx > 0, dy < 0 gives
+    // t, dx < 0, dy < 0 gives pi - t, dx < 0, dy > 0 gives pi + t, dx > 0,
+    // dy > 0 gives 2 pi - t; dx == 0 gives pi / 2 (0 when dy is 0 too), dy == 0 gives 0.
+    double GetPointsAngle(cv::Point a, cv::Point b);
+    // Sum of GetPointsAngle over neighbouring points (first to last, not
+    // closed) over the number of points; NaN for no points.
+    double CalAverageAngle(const std::vector<cv::Point>& contour);
+    // Sample standard deviation of the radial lengths from `centre`, each over
+    // the greatest: 0 for a circle about `centre`, larger for lobed outlines.
+    // One point gives 0, none gives 0; NaN when every point is `centre`.
+    double NormRadialLength(const std::vector<cv::Point>& contour, cv::Point centre);
+    // {m_nrg, m_nrg2, m_nrg3}: NormRadialGradient, NormRadialLength and
+    // CalAverageAngle of the lesion outline about m_centroid, as floats.
+    std::vector<float> CalcuNrgs();
+    // {hull perimeter / lesion perimeter, lesion area / hull area,
+    // m_circularity, m_ellipseRatio, m_fourierDist}, after FillShapeMeasures.
+    std::vector<float> GetShapeFeature2();
+    // {GrayDiff(m_label, m_srcImg, 20, true), m_innerPt1.y, m_innerPt1.x,
+    // m_innerPt2.y, m_innerPt2.x}; no measure writes the two points, so the
+    // last four are 0.
+    std::vector<float> GetInnerEchoFeature();
+    // GrayDiff(m_label, m_srcImg, 20, flag).
+    float GetGrayDiff(bool flag);
+    // Corner search on the lesion mask (20 corners, quality 0.2, 5 pixels
+    // apart) on a clone; the corners are dropped, so it changes nothing.
+    void findTrackPoints();
+    // {mean grey under m_label, mean grey of the band 20 rows deep right
+    // below the lesion outline's bounding box, as wide as it, cut to the
+    // image (0 when nothing is left)}: a bright lesion over a dark band is a
+    // strong echo with an acoustic shadow.
+    std::vector<float> GetGbPosterEchoFeature();
+    // {lesion pixels (m_label) darker than m_liverAvgGray, lesion pixels at
+    // or above it, |grey of the lesion histogram's highest bin (white left
+    // out) - m_liverAvgGray|}, all as floats.
+    std::vector<float> GetEchoFeatureUseHist();
+    // ---- toolkit end ----
+
     // ---- breast begin ----
     // Breast initialiser: lesion masks, ellipse, area, grey statistics,
     // hull, perimeter, Otsu level of the region and the mean of the ring
@@ -111,6 +155,10 @@ public:
     // Fourier distance}; fills circularity, ellipse ratio, hull perimeter
     // and Fourier distance.
     std::vector<float> GetShapeFeature();
+    // Fills m_circularity (4 pi area / perimeter^2), m_ellipseRatio (pi a b
+    // / (4 perimeter)), both 1 for a zero perimeter, m_hullPerimeter (1 with
+    // no hull) and m_fourierDist (lesion outline against the filled hull's).
+    void FillShapeMeasures();
     // Distance between the Fourier descriptors (10 harmonics) of two outlines.
     double FourierDescriptors2(const std::vector<cv::Point>& first, const std::vector<cv::Point>& second);
     // ---- breast end ----

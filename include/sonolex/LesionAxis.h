@@ -9,6 +9,7 @@
 
 #include <opencv2/core.hpp>
 
+#include "sonolex.h"
 #include "sonolex/Tool.h"
 
 // Masks 60 to 139 columns wide are measured as they are; the others at a
@@ -52,6 +53,28 @@ public:
     void CalcLesionAxis(cv::Point* axisA, cv::Point* axisB, float& lengthA, float& lengthB);
     // Stretches each axis to the full crossing of its line with the outline.
     bool CalcLesionAxisCorrect(cv::Point* axisA, cv::Point* axisB);
+    // ---- older forms, no entry point uses them ----
+    // As GetLongAxisPts (and it sets m_longAxisSlope the same way), over five
+    // lines at atanf(k) - 0.1, -0.05, 0, +0.05 and +0.1 radians; `out` takes
+    // the longest pair of outline crossings.
+    void GetLongAxisPts1(cv::Mat image, std::vector<cv::Point> contour, cv::Rect box, cv::Point* out);
+    // As GetShortAxisPts1 at the perpendicular angle only, the outline test
+    // being a distance below 1.0 in double.
+    void GetShortAxisPts(cv::Mat image, std::vector<cv::Point> contour, cv::RotatedRect ellipse, cv::Rect box,
+                         cv::Point* out);
+    // CalcLesionAxis with `ellipse` in place of m_ellipse (at full size within
+    // the band of 60 to 139 columns), the same searches and the same 55
+    // degree tilt order. Both forms measure alike.
+    void CalcLesionAxis2(cv::RotatedRect ellipse, cv::Point* axisA, cv::Point* axisB, float& lengthA, float& lengthB);
+    void CalcLesionAxis3(cv::RotatedRect ellipse, cv::Point* axisA, cv::Point* axisB, float& lengthA, float& lengthB);
+    // Reconciles two measurements of the same lesion: the crossing of the two
+    // long axes (GetCrossPoint2) serves when it lies within 0.15 of the
+    // image's smaller side of the crossing of the two short axes, else the
+    // latter does; `out` takes the long and short axis of `first`, each
+    // re-laid through that point across `box` to the outline's crossings.
+    void CorrectLesionAxis(lesionAxisPointEnd first, lesionAxisPointEnd second, cv::Mat image,
+                           std::vector<cv::Point> contour, cv::Rect box, lesionAxisPointEnd& out);
+
     // Pixels of a horizontal or vertical segment, end excluded.
     void getStraightLineAllPoint(int x0, int y0, int x1, int y1, std::vector<cv::Point>& out);
 
@@ -72,6 +95,13 @@ public:
     float m_area = 0.0f;
 };
 
+// Crossings with the outline of the line of `slope` through `through`,
+// drawn across `box`: vertical when `angle` is +-1.5707964f, from the box's
+// top to its bottom when |slope| > 100, else from its left to its right.
+// `out` gets two points as GetLongAxisPts gives them: (0,0) for none, the
+// last and the first of three or more.
+SONOLEX_EXPORT void CalcLineAndContourCrossPoint(cv::Mat image, std::vector<cv::Point> contour, cv::Rect box,
+                                                 float slope, float angle, cv::Point2f through, cv::Point* out);
 // Crossing of two lines given as (x1, y1, x2, y2); (-1, -1) for parallel slanted lines.
 SONOLEX_EXPORT cv::Point2f GetCrossPoint2(cv::Vec4f a, cv::Vec4f b);
 // Older crossing formula; a vertical line takes its dy as slope.

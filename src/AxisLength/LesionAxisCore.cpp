@@ -6,6 +6,7 @@
 #include <opencv2/imgproc.hpp>
 
 #include "AxisLength/LesionAxis.h"
+#include "AxisLength/AxisWalk.h"
 #include "AxisLength/OutlineProximity.h"
 
 void LesionAxis::SetCentroid(cv::Point centroid) { m_centroid = centroid; }
@@ -41,15 +42,8 @@ cv::Point LesionAxis::CalcCentroid()
 
 void LesionAxis::GetLongAxisPts(cv::Mat image, std::vector<cv::Point> contour, cv::Rect box, cv::Point* out)
 {
-    cv::Mat data(static_cast<int>(contour.size()), 2, CV_64F);
-    for (int i = 0; i < data.rows; ++i) {
-        data.at<double>(i, 0) = contour[static_cast<size_t>(i)].x;
-        data.at<double>(i, 1) = contour[static_cast<size_t>(i)].y;
-    }
-    cv::PCA pca(data, cv::Mat(), cv::PCA::DATA_AS_ROW, 0);
-    const int cx = RoundToInt(static_cast<float>(pca.mean.at<double>(0, 0)));
-    const int cy = RoundToInt(static_cast<float>(pca.mean.at<double>(0, 1)));
-    const float k = static_cast<float>(pca.eigenvectors.at<double>(0, 1) / pca.eigenvectors.at<double>(0, 0));
+    int cx = 0, cy = 0;
+    const float k = PrincipalSlope(contour, cx, cy);
     m_longAxisSlope = k;
 
     cv::Point p0, p1;
@@ -67,6 +61,25 @@ void LesionAxis::GetLongAxisPts(cv::Mat image, std::vector<cv::Point> contour, c
         p1 = cv::Point(x1, RoundToInt(y1));
     }
 
+    WalkOutlineHits(image, p0, p1, contour, out);
+}
+
+void LesionAxis::getStraightLineAllPoint(int x0, int y0, int x1, int y1, std::vector<cv::Point>& out)
+{
+    if (x0 == x1 && y0 != y1) {
+        const int step = y1 > y0 ? 1 : -1;
+        for (int y = y0; y != y1; y += step)
+            out.push_back(cv::Point(x0, y));
+    } else if (y0 == y1 && x0 != x1) {
+        const int step = x1 > x0 ? 1 : -1;
+        for (int x = x0; x != x1; x += step)
+            out.push_back(cv::Point(x, y0));
+    }
+}
+
+void WalkOutlineHits(const cv::Mat& image, cv::Point p0, cv::Point p1, const std::vector<cv::Point>& contour,
+                     cv::Point* out)
+{
     cv::LineIterator walk(image, p0, p1, 8, true);
     if (walk.count < 1) {
         out[0] = cv::Point(0, 0);
@@ -97,15 +110,16 @@ void LesionAxis::GetLongAxisPts(cv::Mat image, std::vector<cv::Point> contour, c
     }
 }
 
-void LesionAxis::getStraightLineAllPoint(int x0, int y0, int x1, int y1, std::vector<cv::Point>& out)
+float PrincipalSlope(const std::vector<cv::Point>& contour, int& cx, int& cy)
 {
-    if (x0 == x1 && y0 != y1) {
-        const int step = y1 > y0 ? 1 : -1;
-        for (int y = y0; y != y1; y += step)
-            out.push_back(cv::Point(x0, y));
-    } else if (y0 == y1 && x0 != x1) {
-        const int step = x1 > x0 ? 1 : -1;
-        for (int x = x0; x != x1; x += step)
-            out.push_back(cv::Point(x, y0));
+    cv::Mat data(static_cast<int>(contour.size()), 2, CV_64F);
+    for (int i = 0; i < data.rows; ++i) {
+        data.at<double>(i, 0) = contour[static_cast<size_t>(i)].x;
+        data.at<double>(i, 1) = contour[static_cast<size_t>(i)].y;
     }
+    cv::PCA pca(data, cv::Mat(), cv::PCA::DATA_AS_ROW, 0);
+    cx = RoundToInt(static_cast<float>(pca.mean.at<double>(0, 0)));
+    cy = RoundToInt(static_cast<float>(pca.mean.at<double>(0, 1)));
+    const float k = static_cast<float>(pca.eigenvectors.at<double>(0, 1) / pca.eigenvectors.at<double>(0, 0));
+    return k;
 }

@@ -77,6 +77,23 @@ void LesionAxis::CalcLesionAxis(cv::Point* axisA, cv::Point* axisB, float& lengt
     lengthB = AxisLength(axisB);
 }
 
+void LesionAxis::CalcLesionAxis2(cv::RotatedRect ellipse, cv::Point* axisA, cv::Point* axisB, float& lengthA,
+                                 float& lengthB)
+{
+    cv::Point longAxis[2];
+    cv::Point shortAxis[2];
+    MeasureAxes(*this, ellipse, longAxis, shortAxis);
+    OrderAxesByTilt(AxisTiltDegrees(longAxis[0], longAxis[1]), longAxis, shortAxis, axisA, axisB);
+    lengthA = AxisLength(axisA);
+    lengthB = AxisLength(axisB);
+}
+
+void LesionAxis::CalcLesionAxis3(cv::RotatedRect ellipse, cv::Point* axisA, cv::Point* axisB, float& lengthA,
+                                 float& lengthB)
+{
+    CalcLesionAxis2(ellipse, axisA, axisB, lengthA, lengthB);
+}
+
 void LesionAxis::CalcOrganAxis(cv::RotatedRect ellipse, cv::Point* longAxis, cv::Point* shortAxis, float& longLength,
                                float& shortLength)
 {

@@ -7,6 +7,7 @@
 #include <opencv2/imgproc.hpp>
 
 #include "AxisLength/LesionAxis.h"
+#include "AxisLength/AxisWalk.h"
 #include "AxisLength/OutlineProximity.h"
 
 namespace {
@@ -25,29 +26,28 @@ int NegativeShift(float a, float b)
 
 bool InRange(float v, int low, int span) { return float(low) <= v && v <= float(WrapAdd(low, span)); }
 
-} // namespace
-
-void LesionAxis::GetShortAxisPts1(cv::Mat /*image*/, std::vector<cv::Point> contour, cv::RotatedRect ellipse,
-                                  cv::Rect box, cv::Point* out)
+// The chord search at the perpendicular of the long axis, turned by each
+// of `steps` in turn (degrees, cumulative); a pixel is on the outline when
+// its distance is below 1, compared in double or in float.
+void ShortAxisSearch(const LesionAxis& self, std::vector<cv::Point> contour, cv::RotatedRect ellipse, cv::Rect box,
+                     cv::Point* out, const std::vector<float>& steps, bool doubleTest)
 {
     if (contour.empty())
         return;
-    int W = m_size.width;
-    int H = m_size.height;
+    int W = self.m_size.width;
+    int H = self.m_size.height;
     if (W <= WrapAdd(box.x, box.width))
         W = WrapAdd(WrapAdd(box.x, box.width), 20);
     if (H <= WrapAdd(box.y, box.height))
         H = WrapAdd(WrapAdd(box.y, box.height), 20);
 
-    const float base = static_cast<float>(static_cast<double>(std::atan(-1.0f / m_longAxisSlope)) * 57.29577951308232);
+    const float base =
+        static_cast<float>(static_cast<double>(std::atan(-1.0f / self.m_longAxisSlope)) * 57.29577951308232);
     cv::RotatedRect working(ellipse.center, ellipse.size, base);
     std::vector<std::pair<float, std::vector<cv::Point>>> candidates;
 
-    for (int pass = 0; pass < 3; ++pass) {
-        if (pass == 0)
-            working.angle -= 3.0f;
-        else
-            working.angle += 3.0f;
+    for (const float step : steps) {
+        working.angle += step;
 
         cv::Point2f p[4];
         working.points(p);
@@ -137,7 +137,8 @@ void LesionAxis::GetShortAxisPts1(cv::Mat /*image*/, std::vector<cv::Point> cont
                 const cv::Point q = chord.pos();
                 if (!near.CanBeWithinOne(q))
                     continue;
-                if (static_cast<float>(std::fabs(cv::pointPolygonTest(shifted, q, true))) < 1.0f) {
+                const double d = std::fabs(cv::pointPolygonTest(shifted, q, true));
+                if (doubleTest ? d < 1.0 : static_cast<float>(d) < 1.0f) {
                     if (!any)
                         first = q;
                     last = q;
@@ -166,4 +167,18 @@ void LesionAxis::GetShortAxisPts1(cv::Mat /*image*/, std::vector<cv::Point> cont
     std::sort(candidates.begin(), candidates.end(), cmp1);
     out[0] = candidates[0].second[0];
     out[1] = candidates[0].second[1];
+}
+
+} // namespace
+
+void LesionAxis::GetShortAxisPts1(cv::Mat /*image*/, std::vector<cv::Point> contour, cv::RotatedRect ellipse,
+                                  cv::Rect box, cv::Point* out)
+{
+    ShortAxisSearch(*this, contour, ellipse, box, out, {-3.0f, 3.0f, 3.0f}, false);
+}
+
+void LesionAxis::GetShortAxisPts(cv::Mat /*image*/, std::vector<cv::Point> contour, cv::RotatedRect ellipse,
+                                 cv::Rect box, cv::Point* out)
+{
+    ShortAxisSearch(*this, contour, ellipse, box, out, {0.0f}, true);
 }

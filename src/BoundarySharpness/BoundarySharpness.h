@@ -1,11 +1,4 @@
-// Edge strength measures on grey images.
+// The functions are part of the installed C++ surface; their declarations live there.
 #pragma once
 
-#include <opencv2/core.hpp>
-
-#include "Tool/Tool.h"
-
-// Central differences of a CV_64FC1 matrix along the columns (x) or rows (y),
-// one-sided on the first and last column or row.
-SONOLEX_EXPORT cv::Mat GradientX(cv::Mat image);
-SONOLEX_EXPORT cv::Mat GradientY(cv::Mat image);
+#include "sonolex/BoundarySharpness.h"

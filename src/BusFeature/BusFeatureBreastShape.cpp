@@ -32,8 +32,6 @@ int BUSFeature::GetBreatShape(float firstLength, float secondLength)
 
 std::vector<float> BUSFeature::GetShapeFeature()
 {
-    constexpr double kPi = 3.141592653589793;
-
     const DefectDepths deep = DeepDefects(m_lesionCont, 3.0);
     float sum = deep.sum;
     if (deep.count > 0.0f)
@@ -41,6 +39,14 @@ std::vector<float> BUSFeature::GetShapeFeature()
     const double half = 0.5 * std::min(m_majorAxisLength, m_minorAxisLength);
     if (half > 0.0)
         sum = static_cast<float>(sum / half);
+
+    FillShapeMeasures();
+    return {m_hullPerimeter / m_lesionPerimeter, m_lesionArea / m_hullArea, sum, m_fourierDist};
+}
+
+void BUSFeature::FillShapeMeasures()
+{
+    constexpr double kPi = 3.141592653589793;
 
     m_circularity = Circularity(m_lesionArea, m_lesionPerimeter);
     if (m_lesionPerimeter == 0.0f) {
@@ -52,7 +58,6 @@ std::vector<float> BUSFeature::GetShapeFeature()
     }
     m_hullPerimeter = m_hull.empty() ? 1.0f : static_cast<float>(cv::arcLength(m_hull, true));
     m_fourierDist = static_cast<float>(FourierDescriptors2(m_lesionCont, m_hullPts));
-    return {m_hullPerimeter / m_lesionPerimeter, m_lesionArea / m_hullArea, sum, m_fourierDist};
 }
 
 double BUSFeature::FourierDescriptors2(const std::vector<cv::Point>& first, const std::vector<cv::Point>& second)

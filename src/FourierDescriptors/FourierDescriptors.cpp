@@ -3,7 +3,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <climits>
 #include <stdexcept>
+
+#include <opencv2/imgproc.hpp>
 
 void CalcuFourierDescriptors(std::vector<std::complex<double>>& descriptors, const std::vector<cv::Point>& contour,
                              int count, int /*width*/, int /*height*/)
@@ -56,4 +59,31 @@ void CalcuFourierDescriptors(std::vector<std::complex<double>>& descriptors, con
         const double k = static_cast<double>(static_cast<int>(i) - count);
         descriptors[i] *= std::exp(std::complex<double>(0.0, -phi / 2.0 - k * theta));
     }
+}
+
+void GetBackImageLi(cv::Mat& out, const std::vector<std::complex<double>>& descriptors, std::complex<double> centre,
+                    unsigned long length, int count, int cols, int rows, double scale)
+{
+    const size_t half = count > 0 ? static_cast<size_t>(count) : 0;
+    // Fewer points than descriptors leave no room for both halves.
+    if (length < 2 * half + 1 || length > static_cast<unsigned long>(INT_MAX))
+        throw std::invalid_argument("GetBackImageLi: length below 2 * count + 1");
+    const double factor = scale * static_cast<double>(length);
+    cv::Mat spectrum = cv::Mat::zeros(static_cast<int>(length), 1, CV_64FC2);
+    for (size_t k = 1; k <= half; ++k) {
+        const std::complex<double> positive = descriptors.at(half + k) * factor;
+        spectrum.at<cv::Vec2d>(static_cast<int>(k)) = cv::Vec2d(positive.real(), positive.imag());
+        const std::complex<double> negative = descriptors.at(half - k) * factor;
+        spectrum.at<cv::Vec2d>(static_cast<int>(length - k)) = cv::Vec2d(negative.real(), negative.imag());
+    }
+    cv::Mat points;
+    cv::dft(spectrum, points, cv::DFT_INVERSE | cv::DFT_SCALE);
+    std::vector<cv::Point> outline;
+    outline.reserve(length);
+    for (int i = 0; i < points.rows; ++i) {
+        const cv::Vec2d z = points.at<cv::Vec2d>(i);
+        outline.emplace_back(TruncToInt(centre.real() + z[0]), TruncToInt(centre.imag() + z[1]));
+    }
+    out = cv::Mat::zeros(rows, cols, CV_8UC1);
+    DrawContour(out, outline, cv::Scalar(255), 1, cv::LINE_8);
 }

@@ -4,6 +4,7 @@
 
 #include <opencv2/imgproc.hpp>
 
+#include "BoundarySharpness/BoundarySharpness.h"
 #include "LocalBinaryFitting/LBF.h"
 #include "RegionSelection/RegionSelection.h"
 
@@ -208,12 +209,4 @@ cv::Mat LBF::MatAtan(cv::Mat m)
     return out;
 }
 
-cv::Mat LBF::Conv2(const cv::Mat& src, const cv::Mat& kernel)
-{
-    cv::Mat flipped;
-    cv::flip(kernel, flipped, -1);
-    const cv::Point anchor(kernel.cols - kernel.cols / 2 - 1, kernel.rows - kernel.rows / 2 - 1);
-    cv::Mat dst;
-    cv::filter2D(src, dst, src.depth(), flipped, anchor, 0, cv::BORDER_CONSTANT);
-    return dst;
-}
+cv::Mat LBF::Conv2(const cv::Mat& src, const cv::Mat& kernel) { return ::Conv2(src, kernel); }
