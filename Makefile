@@ -92,7 +92,7 @@ fuzz: deps
 	  mkdir -p $(FUZZ_BUILD)/corpus/$$e fuzz/regressions/$$e; \
 	  echo "fuzz $$e: $(FUZZ_SECONDS) s"; \
 	  ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 \
-	  ./$(FUZZ_BUILD)/fuzz/fuzz_$$e -max_total_time=$(FUZZ_SECONDS) -timeout=10 -rss_limit_mb=2048 \
+	  ./$(FUZZ_BUILD)/fuzz/fuzz_$$e -max_total_time=$(FUZZ_SECONDS) -timeout=30 -rss_limit_mb=2048 \
 	    -max_len=1024 -print_final_stats=1 -artifact_prefix=fuzz/regressions/$$e/ \
 	    $(FUZZ_BUILD)/corpus/$$e $(FUZZ_BUILD)/seeds/$$e 2>$(FUZZ_BUILD)/fuzz-$$e.log \
 	  || { tail -n 40 $(FUZZ_BUILD)/fuzz-$$e.log; exit 1; }; \
