@@ -69,12 +69,7 @@ void MeasureAxes(LesionAxis& axis, const cv::RotatedRect& ellipseAtFullSize, cv:
 
 void LesionAxis::CalcLesionAxis(cv::Point* axisA, cv::Point* axisB, float& lengthA, float& lengthB)
 {
-    cv::Point longAxis[2];
-    cv::Point shortAxis[2];
-    MeasureAxes(*this, m_ellipse, longAxis, shortAxis);
-    OrderAxesByTilt(AxisTiltDegrees(longAxis[0], longAxis[1]), longAxis, shortAxis, axisA, axisB);
-    lengthA = AxisLength(axisA);
-    lengthB = AxisLength(axisB);
+    CalcLesionAxis2(m_ellipse, axisA, axisB, lengthA, lengthB);
 }
 
 void LesionAxis::CalcLesionAxis2(cv::RotatedRect ellipse, cv::Point* axisA, cv::Point* axisB, float& lengthA,
