@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "AxisLength/LesionAxis.h"
+#include "AxisLength/LineSteps.h"
 
 TEST(AxisCrossPoint, SlantedLinesMeetWhereTheirEquationsAgree)
 {
@@ -96,4 +97,37 @@ TEST(AxisOrdering, ComparatorsAreStrict)
     EXPECT_TRUE(cmp1(longer, shorter));
     EXPECT_FALSE(cmp1(shorter, longer));
     EXPECT_FALSE(cmp1(longer, longer));
+}
+
+// A walk's pixels by step number agree with stepping the walk, and the run
+// inside a box is exactly the steps a stepped walk finds there.
+TEST(AxisLineSteps, ClosedFormAgreesWithTheSteppedWalk)
+{
+    cv::RNG rng(20261123);
+    for (int trial = 0; trial < 100000; ++trial) {
+        const int span = trial % 3 == 0 ? 4000 : 60;
+        const cv::Rect area(0, 0, rng.uniform(1, span), rng.uniform(1, span));
+        const cv::Point a(rng.uniform(-span / 4, span * 5 / 4), rng.uniform(-span / 4, span * 5 / 4));
+        const cv::Point b(rng.uniform(-span / 4, span * 5 / 4), rng.uniform(-span / 4, span * 5 / 4));
+        cv::LineIterator walk(area, a, b, 8, trial % 2 == 0);
+        const LineSteps steps(walk);
+        const cv::Rect box(rng.uniform(-5, span), rng.uniform(-5, span), rng.uniform(0, span / 3),
+                           rng.uniform(0, span / 3));
+        int first = -1, last = -2;
+        for (int k = 0; k < walk.count; ++k, ++walk) {
+            ASSERT_EQ(steps.At(k), walk.pos()) << "trial " << trial << " step " << k;
+            if (box.contains(walk.pos())) {
+                if (first < 0)
+                    first = k;
+                last = k;
+            }
+        }
+        int from = -1, to = -2;
+        const bool found = steps.Within(box, from, to);
+        ASSERT_EQ(found, first >= 0) << "trial " << trial;
+        if (found) {
+            EXPECT_EQ(from, first) << "trial " << trial;
+            EXPECT_EQ(to, last) << "trial " << trial;
+        }
+    }
 }

@@ -8,6 +8,7 @@
 
 #include "AxisLength/LesionAxis.h"
 #include "AxisLength/AxisWalk.h"
+#include "AxisLength/LineSteps.h"
 #include "AxisLength/OutlineProximity.h"
 
 namespace {
@@ -70,7 +71,8 @@ void ShortAxisSearch(const LesionAxis& self, std::vector<cv::Point> contour, cv:
         H = WrapAdd(H, offY);
         box.y = WrapAdd(box.y, offY);
 
-        const cv::Mat canvas = cv::Mat::zeros(cv::Size(W, H), CV_8UC1);
+        // Only the canvas's size is used, but a canvas too large to allocate still ends the call.
+        const cv::Mat canvas(cv::Size(W, H), CV_8UC1);
         const cv::Point2f off(static_cast<float>(offX), static_cast<float>(offY));
         cv::LineIterator walkA(canvas, RoundPoint(q1 + off), RoundPoint(q0 + off), 8, false);
         if (walkA.count == 0)
@@ -93,6 +95,8 @@ void ShortAxisSearch(const LesionAxis& self, std::vector<cv::Point> contour, cv:
         const auto inY = [&](cv::Point2f c) { return InRange(c.y, box.y, box.height); };
 
         const OutlineProximity near(shifted);
+        cv::Rect nearBox;
+        const bool bounded = near.Bounds(nearBox);
         std::map<float, std::pair<cv::Point, cv::Point>> chords; // the first of equal lengths stays
         for (int i = 0; i < n; ++i, ++walkA, ++walkB) {
             const cv::Point a = walkA.pos();
@@ -128,13 +132,18 @@ void ShortAxisSearch(const LesionAxis& self, std::vector<cv::Point> contour, cv:
                     end = cv::Point2f(0.0f, 0.0f);
             }
 
-            cv::LineIterator chord(canvas, RoundPoint(start), RoundPoint(end), 8, true);
+            cv::LineIterator chord(cv::Rect(0, 0, W, H), RoundPoint(start), RoundPoint(end), 8, true);
             if (chord.count == 0)
                 return;
+            // Only the steps inside the outline's reach are measured; the rest lie 1 or more away.
+            const LineSteps steps(chord);
+            int from = 0, to = chord.count - 1;
+            if (bounded && !steps.Within(nearBox, from, to))
+                continue;
             bool any = false;
             cv::Point first, last;
-            for (int j = 0; j < chord.count; ++j, ++chord) {
-                const cv::Point q = chord.pos();
+            for (int j = from; j <= to; ++j) {
+                const cv::Point q = steps.At(j);
                 if (!near.CanBeWithinOne(q))
                     continue;
                 const double d = std::fabs(cv::pointPolygonTest(shifted, q, true));

@@ -67,6 +67,17 @@ public:
         return m_near.at<uchar>(static_cast<int>(y), static_cast<int>(x)) != 0;
     }
 
+    // The pixels outside `box` (inclusive) all measure at least 1 from the
+    // outline; false when the outline is too far out to say, and every
+    // pixel must be measured.
+    bool Bounds(cv::Rect& box) const
+    {
+        if (m_all)
+            return false;
+        box = cv::Rect(m_origin, m_near.size());
+        return true;
+    }
+
 private:
     bool m_all = false;
     cv::Point m_origin;
