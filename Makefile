@@ -8,6 +8,9 @@ LIB_PACKAGES := cmake make g++ pkg-config libopencv-core-dev libopencv-imgproc-d
 TEST_PACKAGES := libgtest-dev libbenchmark-dev
 # The command-line program: options, JSON, image codecs and DICOM (GDCM).
 TOOL_PACKAGES := libcli11-dev nlohmann-json3-dev libopencv-imgcodecs-dev libgdcm-dev
+# The Python package: pybind11, numpy, Dask and pandas, pytest, and pip with venv.
+PYTHON_PACKAGES := pybind11-dev python3-dev python3-numpy python3-pandas python3-dask python3-distributed \
+                   python3-pytest python3-setuptools python3-pip python3-venv
 FUZZ_PACKAGES := clang libclang-rt-14-dev
 CHECK_PACKAGES := valgrind
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
@@ -19,7 +22,7 @@ FUZZ_SECONDS ?= 60
 FUZZ_ENTRIES := breast breast_model thyroid liver carotid gallwall gallbladder
 
 .PHONY: all deps deps-test build build-all demo test test-release test-sanitize \
-        bench install fresh-check fuzz test-tsan soak memcheck clean
+        bench install fresh-check fuzz test-tsan soak memcheck python clean
 
 all: build
 
@@ -48,16 +51,16 @@ deps:
 	$(call install_missing,$(LIB_PACKAGES) $(TOOL_PACKAGES))
 
 deps-test: deps
-	$(call install_missing,$(TEST_PACKAGES))
+	$(call install_missing,$(TEST_PACKAGES) $(PYTHON_PACKAGES))
 
 # The library and the demo program only: what `make demo` needs.
 build: deps
 	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=Release -DSONOLEX_TESTS=OFF -DSONOLEX_BENCH=OFF
 	cmake --build $(BUILD) -j $(JOBS)
 
-# Everything, tests and benchmarks included.
+# Everything, tests, benchmarks and the Python package included.
 build-all: deps-test
-	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=Release -DSONOLEX_TESTS=ON -DSONOLEX_BENCH=ON
+	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=Release -DSONOLEX_TESTS=ON -DSONOLEX_BENCH=ON -DSONOLEX_PYTHON=ON
 	cmake --build $(BUILD) -j $(JOBS)
 
 # Synthetic cases as PNG files, described one by one and as a batch, with overlays.
@@ -117,6 +120,15 @@ memcheck: build-all
 
 bench: build-all
 	./$(BUILD)/bench/sonolex_bench
+	PYTHONPATH=$(BUILD)/python /usr/bin/python3 bench/bench_python.py
+
+# The Python package, assembled in $(BUILD)/python/sonolex (use it with
+# PYTHONPATH=$(BUILD)/python, or `pip install --no-build-isolation ./python`).
+python: deps
+	$(call install_missing,$(PYTHON_PACKAGES))
+	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=Release -DSONOLEX_PYTHON=ON
+	cmake --build $(BUILD) -j $(JOBS) --target python
+	@echo "package: $(BUILD)/python/sonolex (PYTHONPATH=$(BUILD)/python /usr/bin/python3)"
 
 # Installs under /usr/local (configure with -DCMAKE_INSTALL_PREFIX=... for
 # elsewhere) and refreshes the linker cache, so that a plain

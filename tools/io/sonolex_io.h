@@ -159,6 +159,29 @@ struct Loaded {
     double decode_seconds = 0.0; // reading and decoding the files
 };
 
+// What a host holds in memory for one scan: label pictures of the scan's
+// size (CV_32S; empty when not given) and the names errors call them by.
+struct Masks {
+    cv::Mat lesion;          // lesion labels (gallwall: the wall, or the lumen with `organ`)
+    Outline outline;         // the lesion's outline, used when `lesion` is empty
+    cv::Mat organ;           // gland, liver, vessels, or the gall bladder's outer outline
+    std::vector<Outline> organ_outlines; // the same as outlines, used when `organ` is empty
+    cv::Mat model;           // regions of the host's detection model
+    std::vector<Outline> model_outlines; // the same as outlines, used when `model` is empty
+    std::string lesion_name, organ_name, model_name;
+    int label = -1;          // lesion label; negative: any non-zero pixel
+    bool all_components = false;
+    std::optional<cv::Rect> roi;
+    std::optional<lesionAxisPointEnd> axes;
+};
+
+// The case(s) of a scan and its masks, as Load builds them from files:
+// the largest lesion component (or each, largest first), the largest organ
+// component (every vessel for the carotid), the model's components, and for
+// a gall bladder wall mask without an organ mask its outer outline and the
+// lumen inside it. Throws InputError (EmptyMask) naming the mask.
+std::vector<Case> CasesFromMasks(Organ organ, const cv::Mat& image, const Masks& masks);
+
 // Reads the files and builds the case(s); throws InputError.
 Loaded Load(const Sources& sources);
 // "x,y,w,h" into a region; "x1,y1,x2,y2,x3,y3,x4,y4" (long axis, then
