@@ -7,9 +7,20 @@
 
 #include "BusFeature/BusFeature.h"
 
+namespace {
+
+// The lesion label, or an all-clear one where no initialiser drew it: an
+// empty mask would make OpenCV count the whole image as lesion.
+cv::Mat LesionLabel(const cv::Mat& label, const cv::Mat& image)
+{
+    return label.empty() ? cv::Mat::zeros(image.size(), CV_8UC1) : label;
+}
+
+} // namespace
+
 std::vector<float> BUSFeature::GetGbPosterEchoFeature()
 {
-    const float lesion = static_cast<float>(cv::mean(m_srcImg, m_label)[0]);
+    const float lesion = static_cast<float>(cv::mean(m_srcImg, LesionLabel(m_label, m_srcImg))[0]);
     const cv::Rect box = cv::boundingRect(m_lesionCont);
     const cv::Rect below =
         cv::Rect(box.x, WrapAdd(box.y, box.height), box.width, 20) & cv::Rect(0, 0, m_srcImg.cols, m_srcImg.rows);
@@ -19,7 +30,7 @@ std::vector<float> BUSFeature::GetGbPosterEchoFeature()
 
 std::vector<float> BUSFeature::GetEchoFeatureUseHist()
 {
-    cv::Mat hist = GreyHistogram(m_srcImg, m_label);
+    cv::Mat hist = GreyHistogram(m_srcImg, LesionLabel(m_label, m_srcImg));
     hist.at<float>(255) = 0.0f;
     float darker = 0.0f, brighter = 0.0f;
     int peak = 0;
