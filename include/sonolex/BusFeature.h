@@ -133,6 +133,17 @@ public:
     // every pixel in f1 and gives f2 NaN. cv::Exception when m_label is set
     // but not CV_8UC1 of m_srcImg's size.
     std::vector<float> GetEchoFeatureUseHist();
+    // Echo histogram: the number of pixels of `image` at each grey level 0..255
+    // under `mask` (any non-zero pixel; an empty mask takes the whole image),
+    // as a 256 x 1 CV_32F matrix of raw counts, bin g holding grey g.
+    // Saturated white (bin 255) counts. `image` is 8-bit grey; a 3- or
+    // 4-channel 8-bit image is taken as BGR(A) and made grey first (the
+    // caller's pixels are not changed). Throws std::invalid_argument on an
+    // empty image, a depth other than 8 bits, 2 or more than 4 channels, and a
+    // mask that is not CV_8UC1 of the image's size. Reads and writes no member.
+    cv::Mat CalcuEchoHist(cv::Mat image, cv::Mat mask);
+    // CalcuEchoHist(image, mask).
+    cv::Mat GetEchoHistMy(cv::Mat image, cv::Mat mask);
     // ---- toolkit end ----
 
     // ---- breast begin ----

@@ -1,7 +1,8 @@
 // Grey summaries of the lesion for the echo grades of the toolkit: the
-// posterior band of a gall bladder lesion, and the lesion's histogram
-// against the liver.
+// posterior band of a gall bladder lesion, the lesion's histogram against
+// the liver, and the plain echo histogram of any image under a mask.
 #include <cmath>
+#include <stdexcept>
 
 #include <opencv2/imgproc.hpp>
 
@@ -44,4 +45,28 @@ std::vector<float> BUSFeature::GetEchoFeatureUseHist()
             peak = g;
     }
     return {darker, brighter, std::fabs(static_cast<float>(peak) - m_liverAvgGray)};
+}
+
+cv::Mat BUSFeature::CalcuEchoHist(cv::Mat image, cv::Mat mask)
+{
+    if (image.empty())
+        throw std::invalid_argument("echo histogram of an empty image");
+    if (image.depth() != CV_8U)
+        throw std::invalid_argument("echo histogram needs 8-bit grey levels");
+    // Colour frames are made grey as the other echo measures make them;
+    // the caller's pixels are left alone.
+    if (image.channels() == 3)
+        cv::cvtColor(image, image, cv::COLOR_BGR2GRAY);
+    else if (image.channels() == 4)
+        cv::cvtColor(image, image, cv::COLOR_BGRA2GRAY);
+    else if (image.channels() != 1)
+        throw std::invalid_argument("echo histogram needs a grey or colour image");
+    if (!mask.empty() && (mask.type() != CV_8UC1 || mask.size() != image.size()))
+        throw std::invalid_argument("echo histogram mask must be 8-bit, one channel, the image's size");
+    return GreyHistogram(image, mask);
+}
+
+cv::Mat BUSFeature::GetEchoHistMy(cv::Mat image, cv::Mat mask)
+{
+    return CalcuEchoHist(image, mask);
 }
