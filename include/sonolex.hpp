@@ -138,11 +138,20 @@
  *   in m_nrg, m_nrg2, m_nrg3), GetShapeFeature2 (hull and ellipse ratios,
  *   circularity, Fourier distance to the hull, left in the object),
  *   GetInnerEchoFeature and GetGrayDiff (grey step across the outline, grey
- *   levels), findTrackPoints (no effect). Region coordinates.
+ *   levels), findTrackPoints (no effect), GetGbPosterEchoFeature (lesion
+ *   mean and the mean of the 20 rows below its box), GetEchoFeatureUseHist
+ *   (lesion pixels darker and not darker than the liver, histogram peak's
+ *   distance from it), CalcuEchoHist and GetEchoHistMy (256-bin grey
+ *   histogram under a mask, raw counts; std::invalid_argument on an image
+ *   or mask it cannot count). Region coordinates.
  * - LesionAxis: GetLongAxisPts1 (a fan of five lines within 0.1 radian of
  *   the principal direction, the longest chord kept), GetShortAxisPts (one
- *   pass at the perpendicular), CalcLesionAxis2 and CalcLesionAxis3 (as
- *   CalcLesionAxis with the ellipse given), CorrectLesionAxis (two
+ *   pass at the perpendicular), CalcLesionAxis2 (axes between the mean
+ *   points of the outline on opposite sides of the given rotated rectangle,
+ *   points taken by slope within 0.04 of a side's), CalcLesionAxis3 (short
+ *   axis: the pair of outline points of greatest extent across the long
+ *   axis of slope k, among those with |1 - slope * k| < 10000), both
+ *   falling back to CalcLesionAxis, CorrectLesionAxis (two
  *   measurements reconciled through their axes' crossing) and the free
  *   CalcLineAndContourCrossPoint. Pixels of the frame handed in.
  * - Description: the metric family (roundness 4 pi A / P^2, tightness
@@ -151,7 +160,8 @@
  *   and the verdicts on them: ContourRegularity (1 oval, 2 round, 3
  *   irregular), ShapeDescriptionOld (1 parallel, 2 not), MarginDescription
  *   (1 circumscribed, 2 not), JudgeEchoType (1 one sharp histogram peak, 2
- *   spread), BoundaryDescription2 on a contour (1 abrupt, 2 not),
+ *   spread), BoundaryDescription (1 abrupt when a value exceeds the
+ *   caller's limit or is NaN, 2 not) and BoundaryDescription2 on a contour,
  *   GallBladderEcho, GallBladderEcho2 and LiverEchoUseHist (echo grades from
  *   BUSFeature's grey levels, its posterior band GetGbPosterEchoFeature and
  *   its histogram summary GetEchoFeatureUseHist), the free histogram

@@ -1,7 +1,9 @@
-// Outline measures of BUSFeature that no entry point uses.
+// Outline measures and the echo histogram of BUSFeature, which no entry point uses.
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <stdexcept>
+#include <utility>
 #include <vector>
 
 #include "BusFeature/BusFeature.h"
@@ -131,4 +133,54 @@ TEST(BusFeatureToolkit, GreyStepAcrossTheOutline)
     const cv::Mat before = feature.m_lesionMask.clone();
     feature.findTrackPoints();
     EXPECT_EQ(cv::norm(feature.m_lesionMask, before, cv::NORM_INF), 0.0) << "the search runs on a clone";
+}
+
+TEST(BusFeatureToolkit, EchoHistogramCountsGreyLevelsUnderTheMask)
+{
+    // Grey 2 x 3: 10 10 20 / 255 20 10.
+    const cv::Mat grey = (cv::Mat_<uchar>(2, 3) << 10, 10, 20, 255, 20, 10);
+    cv::Mat bottomRow = cv::Mat::zeros(2, 3, CV_8U);
+    bottomRow.row(1).setTo(7);
+    // BGR: blue 255 alone is (255 * 1868 + 8192) >> 14 = 29 (76 if read as red).
+    const cv::Mat colour = (cv::Mat_<cv::Vec3b>(1, 2) << cv::Vec3b(255, 0, 0), cv::Vec3b(20, 20, 20));
+    const struct {
+        cv::Mat image, mask;
+        std::vector<std::pair<int, float>> bins; // every other bin is 0
+        const char* why;
+    } rows[] = {
+        {grey, cv::Mat(), {{10, 3}, {20, 2}, {255, 1}}, "no mask: all six pixels, white counted"},
+        {grey, bottomRow, {{10, 1}, {20, 1}, {255, 1}}, "mask value 7 counts as set: 255 20 10"},
+        {colour, cv::Mat(), {{29, 1}, {20, 1}}, "BGR made grey: 29 and 20"},
+    };
+    for (const auto& row : rows) {
+        BUSFeature feature = Feature(cv::Mat::zeros(4, 4, CV_8U));
+        cv::Mat expected = cv::Mat::zeros(256, 1, CV_32F);
+        for (const auto& bin : row.bins)
+            expected.at<float>(bin.first) = bin.second;
+        const cv::Mat both[] = {feature.CalcuEchoHist(row.image, row.mask), feature.GetEchoHistMy(row.image, row.mask)};
+        for (const cv::Mat& hist : both) {
+            ASSERT_EQ(hist.type(), CV_32F) << row.why;
+            ASSERT_EQ(hist.size(), cv::Size(1, 256)) << row.why;
+            EXPECT_EQ(cv::norm(hist, expected, cv::NORM_INF), 0.0) << row.why;
+        }
+    }
+}
+
+TEST(BusFeatureToolkit, EchoHistogramRefusesWhatItCannotCount)
+{
+    const cv::Mat grey = cv::Mat::zeros(2, 3, CV_8U);
+    const struct {
+        cv::Mat image, mask;
+        const char* why;
+    } rows[] = {
+        {cv::Mat(), cv::Mat(), "empty image"},
+        {cv::Mat::zeros(2, 3, CV_16U), cv::Mat(), "16-bit levels"},
+        {cv::Mat::zeros(2, 3, CV_8UC2), cv::Mat(), "two channels"},
+        {grey, cv::Mat::ones(3, 2, CV_8U), "mask of another size"},
+        {grey, cv::Mat::ones(2, 3, CV_32F), "mask not 8-bit"},
+    };
+    for (const auto& row : rows) {
+        BUSFeature feature = Feature(cv::Mat::zeros(4, 4, CV_8U));
+        EXPECT_THROW(feature.CalcuEchoHist(row.image, row.mask), std::invalid_argument) << row.why;
+    }
 }

@@ -223,3 +223,27 @@ TEST(DescriptionMetrics, BoundaryOfAContourOnTheRegion)
     Description textured(board, board, cv::Rect(0, 0, 100, 100));
     EXPECT_EQ(textured.BoundaryDescription2(std::vector<cv::Point>{{30, 30}, {70, 30}, {70, 70}, {30, 70}}), 2);
 }
+
+TEST(DescriptionMetrics, BoundaryAgainstTheCallersLimit)
+{
+    const float nan = std::nanf("");
+    const struct {
+        float value, limit;
+        int verdict;
+        const char* why;
+    } rows[] = {
+        {8.0f, 8.0f, 2, "8 is not above 8"},
+        {8.000001f, 8.0f, 1, "next float above 8"},
+        {3.0f, 2.5f, 1, "3 > 2.5"},
+        {-1.0f, -0.5f, 2, "-1 <= -0.5"},
+        {nan, 8.0f, 1, "NaN value, as a flat image's 0 / 0"},
+        {0.0f, nan, 1, "NaN limit"},
+    };
+    Description d = Make();
+    for (const auto& row : rows) {
+        EXPECT_EQ(d.BoundaryDescription(row.value, row.limit), row.verdict) << row.why;
+        if (row.limit == 8.0f) {
+            EXPECT_EQ(d.BoundaryDescription2(row.value), row.verdict) << row.why << ": the fixed-limit form";
+        }
+    }
+}

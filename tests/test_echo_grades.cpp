@@ -34,8 +34,50 @@ Description Verdicts()
 
 TEST(EchoGrades, PosteriorBandIsTheTwentyRowsBelow)
 {
-    BUSFeature feature = Scene(120, 69);
-    EXPECT_EQ(feature.GetGbPosterEchoFeature(), (std::vector<float>{120.0f, 69.0f}));
+    // Lesion label rows/cols 10..19 at 120, rows 20..39 at 69; the outline's box moves.
+    const struct {
+        int top, bottom;
+        bool label;
+        std::vector<float> p;
+        const char* why;
+    } rows[] = {
+        {10, 19, true, {120.0f, 69.0f}, "band rows 20..39"},
+        {25, 34, true, {120.0f, 69.0f}, "band rows 35..54 cut to 35..39"},
+        {30, 39, true, {120.0f, 0.0f}, "band starts at row 40, outside"},
+        {10, 19, false, {0.0f, 69.0f}, "no label drawn: no lesion pixel, not the whole image"},
+    };
+    for (const auto& row : rows) {
+        BUSFeature feature = Scene(120, 69);
+        feature.m_lesionCont = {{10, row.top}, {19, row.top}, {19, row.bottom}, {10, row.bottom}};
+        if (!row.label)
+            feature.m_label = cv::Mat();
+        EXPECT_EQ(feature.GetGbPosterEchoFeature(), row.p) << row.why;
+    }
+}
+
+TEST(EchoGrades, LesionHistogramAgainstTheLiver)
+{
+    // 100 lesion pixels: darkCount at `dark`, the rest at `lesion`.
+    const struct {
+        int lesion, dark, darkCount;
+        float liver;
+        bool label;
+        std::vector<float> f;
+        const char* why;
+    } rows[] = {
+        {150, 50, 70, 100, true, {70, 30, 50}, "50 < 100 darker; peak 50 (70 > 30): |50 - 100|"},
+        {150, 50, 70, 50, true, {0, 100, 0}, "grey 50 at the liver's 50 counts as bright"},
+        {255, 50, 30, 100, true, {30, 0, 50}, "white cleared: not counted, not the peak"},
+        {150, 50, 50, 120, true, {50, 50, 70}, "equal bins: the darker peak 50, |50 - 120|"},
+        {150, 50, 70, 100, false, {0, 0, 100}, "no label drawn: empty histogram, peak 0"},
+    };
+    for (const auto& row : rows) {
+        BUSFeature feature = Scene(row.lesion, 0, row.dark, row.darkCount);
+        feature.m_liverAvgGray = row.liver;
+        if (!row.label)
+            feature.m_label = cv::Mat();
+        EXPECT_EQ(feature.GetEchoFeatureUseHist(), row.f) << row.why;
+    }
 }
 
 TEST(EchoGrades, GallBladderEchoFirstRuleThatHolds)

@@ -113,15 +113,37 @@ public:
     // Corner search on the lesion mask (20 corners, quality 0.2, 5 pixels
     // apart) on a clone; the corners are dropped, so it changes nothing.
     void findTrackPoints();
-    // {mean grey under m_label, mean grey of the band 20 rows deep right
-    // below the lesion outline's bounding box, as wide as it, cut to the
-    // image (0 when nothing is left)}: a bright lesion over a dark band is a
-    // strong echo with an acoustic shadow.
+    // Posterior echo of a lesion, {p0, p1} in grey levels of m_srcImg:
+    //   p0 = mean grey under m_label (0 when no pixel is set, and when
+    //        m_label is empty because no initialiser ran),
+    //   p1 = mean grey of the band right below the bounding box (x, y, w, h)
+    //        of m_lesionCont: columns x..x+w-1, rows y+h..y+h+19, cut to the
+    //        image; 0 when nothing of it is left (or m_lesionCont is empty).
+    // A bright lesion over a dark band (p0 - p1 large) is a strong echo with
+    // an acoustic shadow. cv::Exception when m_label is set but not CV_8UC1
+    // of m_srcImg's size.
     std::vector<float> GetGbPosterEchoFeature();
-    // {lesion pixels (m_label) darker than m_liverAvgGray, lesion pixels at
-    // or above it, |grey of the lesion histogram's highest bin (white left
-    // out) - m_liverAvgGray|}, all as floats.
+    // Lesion histogram against the liver, {f0, f1, f2} as floats, from the
+    // 256-bin histogram h of m_srcImg under m_label with h[255] (saturated
+    // white) cleared, L = m_liverAvgGray:
+    //   f0 = sum of h[g] for g < L (the lesion pixels darker than the liver),
+    //   f1 = sum of h[g] for L <= g <= 254 (those as bright or brighter),
+    //   f2 = |p - L|, p the grey of the highest bin, the darkest among equals.
+    // An empty or all-clear m_label gives {0, 0, |L|} (p = 0); a NaN L puts
+    // every pixel in f1 and gives f2 NaN. cv::Exception when m_label is set
+    // but not CV_8UC1 of m_srcImg's size.
     std::vector<float> GetEchoFeatureUseHist();
+    // Echo histogram: the number of pixels of `image` at each grey level 0..255
+    // under `mask` (any non-zero pixel; an empty mask takes the whole image),
+    // as a 256 x 1 CV_32F matrix of raw counts, bin g holding grey g.
+    // Saturated white (bin 255) counts. `image` is 8-bit grey; a 3- or
+    // 4-channel 8-bit image is taken as BGR(A) and made grey first (the
+    // caller's pixels are not changed). Throws std::invalid_argument on an
+    // empty image, a depth other than 8 bits, 2 or more than 4 channels, and a
+    // mask that is not CV_8UC1 of the image's size. Reads and writes no member.
+    cv::Mat CalcuEchoHist(cv::Mat image, cv::Mat mask);
+    // CalcuEchoHist(image, mask).
+    cv::Mat GetEchoHistMy(cv::Mat image, cv::Mat mask);
     // ---- toolkit end ----
 
     // ---- breast begin ----

@@ -127,6 +127,10 @@ public:
     double MatchContoursSC(const std::vector<cv::Point>& contour);
     // Contour area over the area of m_ellipse (pi / 4 times width times height).
     double EllipticMetric(const std::vector<cv::Point>& contour);
+    // Boundary against a limit the caller chooses: 1 (abrupt) when value >
+    // limit, compared in float, or when either is NaN; 2 otherwise.
+    // BoundaryDescription(value, 8.0f) is BoundaryDescription2(value).
+    int BoundaryDescription(float value, float limit);
     // Margin: 2 (not circumscribed) when a * 10 + b, in float, is above 3.4, else 1.
     int MarginDescription(float a, float b);
     // MarginDescription of the first two values.

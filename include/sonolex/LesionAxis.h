@@ -62,10 +62,37 @@ public:
     // being a distance below 1.0 in double.
     void GetShortAxisPts(cv::Mat image, std::vector<cv::Point> contour, cv::RotatedRect ellipse, cv::Rect box,
                          cv::Point* out);
-    // CalcLesionAxis with `ellipse` in place of m_ellipse (at full size within
-    // the band of 60 to 139 columns), the same searches and the same 55
-    // degree tilt order. Both forms measure alike.
+    // Whole-axis forms on the frame of CalcLesionAxis: within the band of 60
+    // to 139 columns m_contour and `ellipse` serve as they are; otherwise the
+    // mask's first outline at a width of 102 and its fitted ellipse, with the
+    // axes scaled back, truncated. Both end as CalcLesionAxis does: the more
+    // horizontal axis first (long axis tilted 55 degrees or less), lengths
+    // sqrtf(dx*dx + dy*dy). Ends come left first (smaller x, then smaller y)
+    // where a form finds them itself. Thrown as by CalcLesionAxis.
+    //
+    // CalcLesionAxis2 reads the axes off the sides of the rotated rectangle
+    // `ellipse` (its corners rounded half to even; in a fitted ellipse's box
+    // the sides touch the outline at the ellipse's axis ends). A contour
+    // point lies on a side when its float slopes to the side's two corners
+    // are each within 0.04f of the side's slope (the corners themselves lie
+    // on none). Long axis: from the mean point of the points on one of the
+    // two shorter sides to that on the other (mean x and y in double, rounded
+    // half to even); short axis: likewise between the two longer sides.
+    // When some side's corners differ by less than 5 in x or in y (a nearly
+    // upright rectangle, where side slopes mean nothing), or a side holds no
+    // point, it gives what CalcLesionAxis gives with `ellipse`. Writes
+    // m_longAxisSlope only then.
     void CalcLesionAxis2(cv::RotatedRect ellipse, cv::Point* axisA, cv::Point* axisB, float& lengthA, float& lengthB);
+    // CalcLesionAxis3: the long axis and k = m_longAxisSlope come from
+    // GetLongAxisPts. Two contour points pair across it when the float slope
+    // s between them gives |1 - double(s) * double(k)| < 10000.0; so points in
+    // one column (s infinite) never pair, nor does anything with an infinite
+    // k. The short axis is the paired pair of greatest extent across the long
+    // axis, |dy - k dx|, the one of least extent along it, |dx + k dy|, among
+    // equals (doubles), the first in contour order after that: the lesion's
+    // breadth across its long axis. With no pair, GetShortAxisPts1 gives it,
+    // as in CalcLesionAxis. Cost grows with the square of the outline's
+    // points (a point repeated right after itself counts once).
     void CalcLesionAxis3(cv::RotatedRect ellipse, cv::Point* axisA, cv::Point* axisB, float& lengthA, float& lengthB);
     // Reconciles two measurements of the same lesion: the crossing of the two
     // long axes (GetCrossPoint2) serves when it lies within 0.15 of the

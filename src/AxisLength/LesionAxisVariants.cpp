@@ -1,11 +1,13 @@
-// Older forms of the axis searches: a fan of long-axis lines, and axes
-// re-laid through the crossing of two measurements.
+// Older forms of the axis searches: a fan of long-axis lines, axes re-laid
+// through the crossing of two measurements, and the side and pairing rules
+// of the older whole-axis forms.
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
 #include <opencv2/imgproc.hpp>
 
+#include "AxisLength/AxisSides.h"
 #include "AxisLength/AxisWalk.h"
 #include "AxisLength/LesionAxis.h"
 
@@ -108,4 +110,70 @@ void LesionAxis::CorrectLesionAxis(lesionAxisPointEnd first, lesionAxisPointEnd 
     CalcLineAndContourCrossPoint(image, contour, box, slope, angle, through, ends);
     out.shortStart = MyPoint{ends[0].x, ends[0].y};
     out.shortEnd = MyPoint{ends[1].x, ends[1].y};
+}
+
+bool OnRectSide(cv::Point p, cv::Point c0, cv::Point c1)
+{
+    const float side = static_cast<float>(WrapSub(c1.y, c0.y)) / static_cast<float>(WrapSub(c1.x, c0.x));
+    const float toFirst = static_cast<float>(WrapSub(c0.y, p.y)) / static_cast<float>(WrapSub(c0.x, p.x));
+    const float toSecond = static_cast<float>(WrapSub(c1.y, p.y)) / static_cast<float>(WrapSub(c1.x, p.x));
+    // Written so that NaN (a corner, or an infinite side) never holds.
+    return std::fabs(toFirst - side) <= kSideSlopeTolerance && std::fabs(toSecond - side) <= kSideSlopeTolerance;
+}
+
+RectSides SortOntoRectSides(const std::vector<cv::Point>& contour, const cv::RotatedRect& rect)
+{
+    RectSides sides;
+    cv::Point2f corners[4];
+    rect.points(corners);
+    for (int i = 0; i < 4; ++i)
+        sides.corners[i] = cv::Point(RoundToInt(corners[i].x), RoundToInt(corners[i].y));
+    for (int i = 0; i < 4; ++i) {
+        const cv::Point& c0 = sides.corners[i];
+        const cv::Point& c1 = sides.corners[(i + 1) % 4];
+        if (WrapAbs(WrapSub(c1.x, c0.x)) < kSideMinSpread || WrapAbs(WrapSub(c1.y, c0.y)) < kSideMinSpread)
+            return sides;
+    }
+    sides.sorted = true;
+    for (const cv::Point& p : contour)
+        for (int i = 0; i < 4; ++i)
+            if (OnRectSide(p, sides.corners[i], sides.corners[(i + 1) % 4]))
+                sides.side[i].push_back(p);
+    return sides;
+}
+
+bool PairedAcross(cv::Point a, cv::Point b, float k)
+{
+    const float slope = static_cast<float>(WrapSub(b.y, a.y)) / static_cast<float>(WrapSub(b.x, a.x));
+    return std::fabs(1.0 - static_cast<double>(slope) * static_cast<double>(k)) < kPairProductLimit;
+}
+
+bool WidestPairAcross(const std::vector<cv::Point>& contour, float k, cv::Point* pair)
+{
+    const double kd = static_cast<double>(k);
+    bool found = false;
+    double bestAcross = 0.0;
+    double bestAlong = 0.0;
+    // A point repeated right after itself (SetPara lists each twice) can
+    // never beat its first showing, so the repeat is passed over.
+    for (size_t i = 0; i < contour.size(); ++i) {
+        if (i > 0 && contour[i] == contour[i - 1])
+            continue;
+        for (size_t j = i + 1; j < contour.size(); ++j) {
+            if (contour[j] == contour[j - 1] || !PairedAcross(contour[i], contour[j], k))
+                continue;
+            const double dx = static_cast<double>(contour[j].x) - static_cast<double>(contour[i].x);
+            const double dy = static_cast<double>(contour[j].y) - static_cast<double>(contour[i].y);
+            const double across = std::fabs(dy - kd * dx);
+            const double along = std::fabs(dx + kd * dy);
+            if (!found || across > bestAcross || (across == bestAcross && along < bestAlong)) {
+                found = true;
+                bestAcross = across;
+                bestAlong = along;
+                pair[0] = contour[i];
+                pair[1] = contour[j];
+            }
+        }
+    }
+    return found;
 }

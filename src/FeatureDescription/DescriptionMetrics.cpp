@@ -202,6 +202,12 @@ int Description::ShapeDescription(const std::vector<cv::Point>& contour)
     return ShapeDescriptionOld(contour, regularity);
 }
 
+int Description::BoundaryDescription(float value, float limit)
+{
+    // Written as "not at most" so that NaN, like a flat image's 0 / 0, is abrupt.
+    return value <= limit ? 2 : 1;
+}
+
 int Description::BoundaryDescription2(const std::vector<cv::Point>& contour)
 {
     cv::Mat label = cv::Mat::zeros(m_regionImage.size(), CV_8UC1);
