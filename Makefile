@@ -106,11 +106,11 @@ fuzz: deps
 test-tsan: deps-test
 	cmake -S . -B $(TSAN_BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DSONOLEX_TSAN=ON -DSONOLEX_BENCH=OFF -DSONOLEX_TOOLS=OFF
 	cmake --build $(TSAN_BUILD) -j $(JOBS) --target sonolex_call_checks
-	TSAN_OPTIONS=halt_on_error=1 ./$(TSAN_BUILD)/tests/sonolex_call_checks --gtest_filter='Threads.*'
+	SONOLEX_FUZZ_LIMIT_MS=1000000 TSAN_OPTIONS=halt_on_error=1 ./$(TSAN_BUILD)/tests/sonolex_call_checks --gtest_filter='Threads.*'
 
 # 100,000 calls of each entry with resident memory checked for growth.
 soak: build-all
-	./$(BUILD)/tests/sonolex_call_checks --gtest_also_run_disabled_tests --gtest_filter='Memory.*'
+	SONOLEX_FUZZ_LIMIT_MS=1000000 ./$(BUILD)/tests/sonolex_call_checks --gtest_also_run_disabled_tests --gtest_filter='Memory.*'
 
 # The random scenes of every entry under valgrind's memcheck.
 memcheck: build-all
