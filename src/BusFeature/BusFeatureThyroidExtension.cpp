@@ -125,14 +125,15 @@ bool BUSFeature::GetThyroidalExtensionMy()
     for (int i = 0; i < n; i += 3) {
         const cv::Point p = lesionCont[static_cast<size_t>(i)];
         cv::Point start, end;
+        // The centroid may be INT_MIN (an empty lesion): differences wrap as on x86.
         if (p.x == c.x) {
             start = cv::Point(c.x, box.y);
-            end = cv::Point(c.x, box.y + box.height);
+            end = cv::Point(c.x, WrapAdd(box.y, box.height));
         } else {
-            const float s = static_cast<float>(p.y - c.y) / static_cast<float>(p.x - c.x);
-            start = cv::Point(box.x, RoundToInt(static_cast<float>(box.x - c.x) * s + static_cast<float>(c.y)));
-            end = cv::Point(box.x + box.width,
-                            RoundToInt(static_cast<float>(box.x + box.width - c.x) * s + static_cast<float>(c.y)));
+            const float s = static_cast<float>(WrapSub(p.y, c.y)) / static_cast<float>(WrapSub(p.x, c.x));
+            const int right = WrapAdd(box.x, box.width);
+            start = cv::Point(box.x, RoundToInt(static_cast<float>(WrapSub(box.x, c.x)) * s + static_cast<float>(c.y)));
+            end = cv::Point(right, RoundToInt(static_cast<float>(WrapSub(right, c.x)) * s + static_cast<float>(c.y)));
         }
 
         std::vector<cv::Point> crossings;
