@@ -21,8 +21,6 @@ public:
     {
     }
 
-    int Count() const { return m_count; }
-
     // Minor steps taken before step k.
     int64_t MinorSteps(int64_t k) const
     {
