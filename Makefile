@@ -22,7 +22,7 @@ FUZZ_SECONDS ?= 60
 FUZZ_ENTRIES := breast breast_model thyroid liver carotid gallwall gallbladder
 
 .PHONY: all deps deps-test build build-all demo test test-release test-sanitize \
-        bench install fresh-check fuzz test-tsan soak memcheck python clean
+        bench bench-instructions install fresh-check fuzz test-tsan soak memcheck python clean
 
 all: build
 
@@ -121,6 +121,12 @@ memcheck: build-all
 bench: build-all
 	./$(BUILD)/bench/sonolex_bench
 	PYTHONPATH=$(BUILD)/python /usr/bin/python3 bench/bench_python.py
+
+# Instructions per call of every entry on its typical scene, counted by
+# callgrind; BENCH_WIDTH=50|100|200|400 counts the size series' scenes instead.
+bench-instructions: build-all
+	$(call install_missing,$(CHECK_PACKAGES))
+	bash bench/instructions.sh ./$(BUILD)/bench/sonolex_instructions $(BENCH_WIDTH)
 
 # The Python package, assembled in $(BUILD)/python/sonolex (use it with
 # PYTHONPATH=$(BUILD)/python, or `pip install --no-build-isolation ./python`).
