@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "BusFeature/BarPicture.h"
 #include "BusFeature/BusFeature.h"
 
 namespace {
@@ -40,7 +41,71 @@ std::vector<std::pair<int, int>> TwoPeaks()
     return levels;
 }
 
+// The bar picture drawn line by line and closed by OpenCV's own dilation
+// and erosion with the 15 x 15 disc.
+cv::Mat DrawnAndClosed(const cv::Mat& hist, double maxBin)
+{
+    cv::Mat picture = cv::Mat::zeros(256, 256, CV_8U);
+    for (int h = 0; h < 256; ++h) {
+        const double bar = static_cast<double>(230.0f * hist.at<float>(h)) / maxBin;
+        cv::line(picture, cv::Point(h, 255), cv::Point(h, WrapSub(256, RoundToInt(bar))), cv::Scalar(255), 1,
+                 cv::LINE_8);
+    }
+    const cv::Mat disc = cv::getStructuringElement(cv::MORPH_ELLIPSE, cv::Size(15, 15), cv::Point(-1, -1));
+    cv::dilate(picture, picture, disc, cv::Point(-1, -1), 1, cv::BORDER_CONSTANT, cv::morphologyDefaultBorderValue());
+    cv::erode(picture, picture, disc, cv::Point(-1, -1), 1, cv::BORDER_CONSTANT, cv::morphologyDefaultBorderValue());
+    return picture;
+}
+
+// A random masked-grey histogram: sparse spikes, smooth crests, noise, flat
+// runs, huge counts or nothing at all; bin 255 cleared as the search does.
+cv::Mat RandomHistogram(cv::RNG& rng)
+{
+    cv::Mat hist = cv::Mat::zeros(256, 1, CV_32F);
+    const int kind = rng.uniform(0, 6);
+    const float scale = rng.uniform(0, 4) == 0 ? 1e6f : 1000.0f;
+    if (kind == 0) { // empty
+    } else if (kind == 1) {
+        for (int k = rng.uniform(1, 12); k > 0; --k)
+            hist.at<float>(rng.uniform(0, 256)) = float(rng.uniform(1, int(scale)));
+    } else if (kind == 2) {
+        for (int k = rng.uniform(1, 5); k > 0; --k) {
+            const double centre = rng.uniform(0.0, 255.0), sigma = rng.uniform(1.0, 40.0);
+            const double height = rng.uniform(1.0, double(scale));
+            for (int g = 0; g < 256; ++g)
+                hist.at<float>(g) += float(std::round(height * std::exp(-(g - centre) * (g - centre) / (2 * sigma * sigma))));
+        }
+    } else if (kind == 3) {
+        for (int g = 0; g < 256; ++g)
+            hist.at<float>(g) = float(rng.uniform(0, int(scale)));
+    } else if (kind == 4) {
+        const int from = rng.uniform(0, 256), to = rng.uniform(from, 256);
+        for (int g = from; g <= to && g < 256; ++g)
+            hist.at<float>(g) = scale;
+    } else {
+        for (int g = 0; g < 256; ++g)
+            hist.at<float>(g) = rng.uniform(0, 3) == 0 ? float(rng.uniform(0, 40)) : 0.0f;
+    }
+    hist.at<float>(255) = 0.0f;
+    return hist;
+}
+
 } // namespace
+
+// The closing computed on column heights gives the drawn and closed picture
+// pixel for pixel, empty histograms (a whole-column bar) included.
+TEST(HistogramValley, ClosingByColumnHeightsEqualsTheDrawnClosing)
+{
+    cv::RNG rng(20261124);
+    for (int trial = 0; trial < 100000; ++trial) {
+        const cv::Mat hist = RandomHistogram(rng);
+        double maxBin = 0.0;
+        cv::minMaxLoc(hist, nullptr, &maxBin);
+        const cv::Mat expected = DrawnAndClosed(hist, maxBin);
+        const cv::Mat actual = barpicture::Closed(barpicture::Heights(hist, maxBin));
+        ASSERT_EQ(cv::countNonZero(expected != actual), 0) << "trial " << trial;
+    }
+}
 
 TEST(HistogramValley, TwoPeaksGiveTheMidpointOfTheirTops)
 {

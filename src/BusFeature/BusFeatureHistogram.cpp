@@ -2,10 +2,12 @@
 // geometrically: the histogram is drawn as bars, closed, reduced to corner
 // points, near corners are merged, and the two highest are compared.
 #include <algorithm>
+#include <array>
 #include <stdexcept>
 
 #include <opencv2/imgproc.hpp>
 
+#include "BusFeature/BarPicture.h"
 #include "BusFeature/BusFeature.h"
 
 namespace {
@@ -29,17 +31,7 @@ float HistogramValley(cv::Mat image, cv::Mat mask, const ValleySearch& how)
     double maxBin = 0.0;
     cv::minMaxLoc(hist, nullptr, &maxBin);
 
-    cv::Mat picture = cv::Mat::zeros(256, 256, CV_8U);
-    for (int h = 0; h < 256; ++h) {
-        const double bar = static_cast<double>(230.0f * hist.at<float>(h)) / maxBin;
-        // An empty mask divides by zero; the wrapped x86 result keeps the drawing defined.
-        cv::line(picture, cv::Point(h, 255), cv::Point(h, WrapSub(256, RoundToInt(bar))), cv::Scalar(255), 1,
-                 cv::LINE_8);
-    }
-
-    const cv::Mat disc = cv::getStructuringElement(cv::MORPH_ELLIPSE, cv::Size(15, 15), cv::Point(-1, -1));
-    cv::dilate(picture, picture, disc, cv::Point(-1, -1), 1, cv::BORDER_CONSTANT, cv::morphologyDefaultBorderValue());
-    cv::erode(picture, picture, disc, cv::Point(-1, -1), 1, cv::BORDER_CONSTANT, cv::morphologyDefaultBorderValue());
+    const cv::Mat picture = barpicture::Closed(barpicture::Heights(hist, maxBin));
 
     std::vector<std::vector<cv::Point>> contours;
     cv::findContours(picture, contours, cv::RETR_EXTERNAL, cv::CHAIN_APPROX_NONE, cv::Point(0, 0));
