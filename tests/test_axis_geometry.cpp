@@ -5,6 +5,7 @@
 
 #include "AxisLength/LesionAxis.h"
 #include "AxisLength/LineSteps.h"
+#include "AxisLength/OutlineProximity.h"
 
 TEST(AxisCrossPoint, SlantedLinesMeetWhereTheirEquationsAgree)
 {
@@ -130,4 +131,43 @@ TEST(AxisLineSteps, ClosedFormAgreesWithTheSteppedWalk)
             EXPECT_EQ(to, last) << "trial " << trial;
         }
     }
+}
+
+// The outline test by edges in the pixel's row agrees with the library's
+// measured distance, in double and rounded to float, on traced-like
+// outlines, polygons with long, repeated and collinear edges, and outlines
+// too wide for the exact test.
+TEST(AxisOutlineProximity, WithinOneAgreesWithTheMeasuredDistance)
+{
+    cv::RNG rng(20261124);
+    int within = 0;
+    for (int trial = 0; trial < 100000; ++trial) {
+        const int span = trial % 50 == 0 ? 5000 : trial % 50 == 1 ? 3000 : (trial % 2 ? 12 : 300);
+        const cv::Point base(rng.uniform(-50, 50), rng.uniform(-50, 50));
+        std::vector<cv::Point> outline;
+        const int kind = trial % 3;
+        const int count = rng.uniform(1, kind == 0 ? 40 : 8);
+        cv::Point p = base;
+        for (int i = 0; i < count; ++i) {
+            if (kind == 0) // one 8-connected step or a repeat
+                p += cv::Point(rng.uniform(-1, 2), rng.uniform(-1, 2));
+            else if (kind == 1) // anywhere in the span
+                p = base + cv::Point(rng.uniform(0, span + 1), rng.uniform(0, span + 1));
+            else // along one line, repeats included
+                p = base + cv::Point(3, 2) * rng.uniform(-span / 4, span / 4 + 1);
+            outline.push_back(p);
+        }
+        const OutlineProximity near(outline);
+        for (int k = 0; k < 8; ++k) {
+            const cv::Point q = outline[size_t(rng.uniform(0, count))] + cv::Point(rng.uniform(-3, 4), rng.uniform(-3, 4));
+            const cv::Point r = base + cv::Point(rng.uniform(-4, span + 5), rng.uniform(-4, span + 5));
+            for (const cv::Point& at : {q, r}) {
+                const double d = std::fabs(cv::pointPolygonTest(outline, at, true));
+                ASSERT_EQ(near.WithinOne(at), d < 1.0) << "trial " << trial;
+                ASSERT_EQ(near.WithinOne(at, true), static_cast<float>(d) < 1.0f) << "trial " << trial;
+                within += d < 1.0;
+            }
+        }
+    }
+    EXPECT_GT(within, 100000); // many pixels are near, not only far ones
 }

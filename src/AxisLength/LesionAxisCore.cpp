@@ -90,7 +90,7 @@ void WalkOutlineHits(const cv::Mat& image, cv::Point p0, cv::Point p1, const std
     std::vector<cv::Point> hits;
     for (int i = 0; i < walk.count; ++i, ++walk) {
         const cv::Point p = walk.pos();
-        if (near.CanBeWithinOne(p) && std::fabs(cv::pointPolygonTest(contour, p, true)) < 1.0)
+        if (near.WithinOne(p))
             hits.push_back(p);
     }
     if (hits.empty()) {

@@ -144,10 +144,7 @@ void ShortAxisSearch(const LesionAxis& self, std::vector<cv::Point> contour, cv:
             cv::Point first, last;
             for (int j = from; j <= to; ++j) {
                 const cv::Point q = steps.At(j);
-                if (!near.CanBeWithinOne(q))
-                    continue;
-                const double d = std::fabs(cv::pointPolygonTest(shifted, q, true));
-                if (doubleTest ? d < 1.0 : static_cast<float>(d) < 1.0f) {
+                if (near.WithinOne(q, !doubleTest)) {
                     if (!any)
                         first = q;
                     last = q;

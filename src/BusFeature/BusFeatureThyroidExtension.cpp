@@ -8,6 +8,7 @@
 
 #include <opencv2/imgproc.hpp>
 
+#include "AxisLength/OutlineProximity.h"
 #include "BusFeature/BusFeature.h"
 
 namespace {
@@ -116,6 +117,7 @@ bool BUSFeature::GetThyroidalExtensionMy()
     if (n < 1)
         return false;
     const cv::Mat nearOutline = NearOutline(organCont, organ.size());
+    const OutlineProximity proximity(organCont);
     const cv::Rect frame(0, 0, organ.cols, organ.rows);
 
     int near = 0;
@@ -142,7 +144,7 @@ bool BUSFeature::GetThyroidalExtensionMy()
             const cv::Point q = it.pos();
             if (!nearOutline.at<uchar>(q))
                 continue;
-            if (std::fabs(cv::pointPolygonTest(organCont, cv::Point2f(q), true)) < 1.0)
+            if (proximity.WithinOne(q))
                 crossings.push_back(q);
         }
         if (crossings.empty())
