@@ -157,7 +157,11 @@ int main(int argc, char** argv)
         for (int i = 0; i < calls; ++i) {
             if (i % 2 == 0) {
                 Drawn d = Draw(rng);
-                Print(entry, "drawn-" + std::to_string(i), CallDrawn(entry, d));
+                const cv::Mat before = d.image.clone();
+                std::vector<int32_t> words = CallDrawn(entry, d);
+                if (cv::norm(before, d.image, cv::NORM_INF) != 0.0)
+                    words.push_back(-999999); // the call wrote into the caller's image
+                Print(entry, "drawn-" + std::to_string(i), words);
                 continue;
             }
             std::vector<uint8_t> bytes(256);

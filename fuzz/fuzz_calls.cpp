@@ -301,6 +301,7 @@ Record Run(const std::string& entry, const uint8_t* data, size_t size)
     const MyPoint* lesionPoints = Array(in, lesion, lesionCount);
     const RoiCoor roi = Region(in, s.width, s.height);
 
+    const std::vector<unsigned char> before = s.pixels;
     Record record;
     const double start = ThreadMilliseconds();
     if (entry == "breast" || entry == "breast_model") {
@@ -363,6 +364,8 @@ Record Run(const std::string& entry, const uint8_t* data, size_t size)
         Fail(entry, "no such entry");
     }
     const double spent = ThreadMilliseconds() - start;
+    if (s.pixels != before)
+        Fail(entry, "the call wrote into the caller's image");
     if (spent > LimitMilliseconds()) {
         std::fprintf(stderr, "fuzz %s: %.0f ms of CPU, over the %.0f ms limit\n", entry.c_str(), spent,
                      LimitMilliseconds());

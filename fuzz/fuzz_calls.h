@@ -23,7 +23,8 @@ using Record = std::vector<int32_t>;
 const std::vector<std::string>& EntryNames();
 
 // Decodes `data` into a call of `entry` and makes it. Aborts with a message
-// on stderr when a verdict leaves its table, and when the call takes longer
+// on stderr when a verdict leaves its table, when the call changed a pixel of
+// the caller's image, and when the call takes longer
 // than the limit in thread CPU time (SONOLEX_FUZZ_LIMIT_MS; by default the
 // release budget of 50 ms, or 2000 ms in a build with sanitizers).
 Record Run(const std::string& entry, const uint8_t* data, size_t size);

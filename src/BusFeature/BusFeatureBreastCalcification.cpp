@@ -1,6 +1,7 @@
 // Breast calcification: bright holes isolated inside the lesion and graded
 // by size and contrast, or the host model's regions graded by size.
 #include <algorithm>
+#include <cstdint>
 #include <stdexcept>
 
 #include <opencv2/imgproc.hpp>
@@ -8,6 +9,7 @@
 #include "BusFeature/BusFeature.h"
 #include "LesionDescriExport/EntryFrame.h"
 #include "RegionSelection/RegionSelection.h"
+#include "Tool/OtsuInput.h"
 
 namespace {
 
@@ -27,6 +29,10 @@ void MeasureHole(const std::vector<cv::Point>& outline, const cv::Mat& image, in
                  HoleCounters& counters)
 {
     const cv::Rect bounds = cv::boundingRect(outline);
+    // The filled hole lies in its outline's box: one of 3 pixels or fewer
+    // cannot hold the 4 a hole needs to count.
+    if (static_cast<int64_t>(bounds.width) * bounds.height <= 3)
+        return;
     const cv::Rect box = GrowWithin(bounds, 1, image.size());
     cv::Mat single = cv::Mat::zeros(box.height, box.width, CV_8UC1);
     SafeDrawContours(single, std::vector<std::vector<cv::Point>>(1, outline), 0, cv::Scalar(255), cv::FILLED,
@@ -86,9 +92,9 @@ int BUSFeature::BreastCalcification()
 
     double low = 0.0;
     cv::minMaxIdx(grey, &low, nullptr, nullptr, nullptr, label);
-    // The lesion's Otsu level is not used further; it is taken all the same,
-    // so that a lesion it cannot measure ends the call where it always has.
-    OtsuAlgThreshold(m_srcImg, m_label);
+    // The lesion's Otsu level is not used further; only its refusals are
+    // kept, so that a lesion it cannot measure ends the call where it always has.
+    (void)OtsuInput(m_srcImg, m_label);
     const int firstLimit = TruncToInt(static_cast<double>(2.0f * m_lesionStdGray) + low);
 
     // Split the lesion at the first limit: lowMask below, highMask at or above.

@@ -24,6 +24,16 @@ cv::Rect BreastRegion(const RoiCoor& roi, const cv::Rect& bounds, int width, int
                     WrapAdd(widened.height, 20));
 }
 
+// The centroid and the radial gradient are kept in the object for hosts
+// that read them, and no breast verdict does: the centroid cannot fail on
+// the label the initialiser drew, and the gradient fails only on a region
+// without two rows and two columns, which is refused as it would refuse it.
+void RequireGradientRegion(const cv::Mat& region)
+{
+    if (region.cols < 2 || region.rows < 2)
+        throw std::invalid_argument("the radial gradient needs two rows and two columns");
+}
+
 // Echo, boundary and margin, stored one by one.
 void StoreImageVerdicts(BUSFeature& feature, Description& description, BreastResult* result)
 {
@@ -66,15 +76,12 @@ extern "C" SONOLEX_API void BreastDescription(const unsigned char* image, int32_
 
         BUSFeature feature(regionImage, region);
         feature.IntiBreastPara(regionContour);
-        const cv::Point centroid = feature.CalcCentroid(false);
-        feature.CalcuNrg(); // kept in the object; no breast verdict reads it
-        const cv::RotatedRect ellipse = feature.GetEllipse();
+        RequireGradientRegion(regionImage);
         feature.SetMask(feature.GetLesionMask());
 
-        Description description(grey, regionImage, region);
-        description.SetLesionContour(regionContour);
-        description.SetEllipse(ellipse);
-        description.SetCentroid(centroid);
+        // Only the boundary grade is read from the verdict object, so it
+        // holds no images.
+        Description description(cv::Mat(), cv::Mat(), region);
 
         StoreImageVerdicts(feature, description, result);
         result->calcification = feature.BreastCalcification();
@@ -95,9 +102,9 @@ extern "C" SONOLEX_API void BreastDescriptionHaveModelProcess(const unsigned cha
         return;
     std::memset(result, 0, sizeof(BreastResult));
     try {
-        // The model's regions are drawn once before anything else, so that a
-        // bad size ends the call before any verdict is stored.
-        ModelMask(roi, cv::Size(width, height), modelContourCount, modelContourSizes, modelPoints);
+        // The model's regions are checked before anything else, so that a bad
+        // size ends the call before any verdict is stored.
+        RequireModelContours(roi, cv::Size(width, height), modelContourCount, modelContourSizes, modelPoints);
 
         const cv::Mat wrapped = WrapImage(image, channels, width, height);
         const cv::Mat grey = MakeGrey(wrapped);
@@ -109,16 +116,17 @@ extern "C" SONOLEX_API void BreastDescriptionHaveModelProcess(const unsigned cha
 
         BUSFeature feature(regionImage, region);
         feature.IntiBreastPara(regionContour);
-        const cv::Point centroid = feature.CalcCentroid(false);
-        feature.CalcuNrg();
-        (void)feature.GetShapeFeature(); // leaves the shape measures in the object
-        const cv::RotatedRect ellipse = feature.GetEllipse();
+        RequireGradientRegion(regionImage);
+        // The shape measures are not read by any verdict; what can refuse
+        // them still ends the call: the convexity defects of an outline that
+        // touches itself, and Fourier descriptors of 10 harmonics on an
+        // outline or hull outline of 10 points or fewer.
+        (void)DeepDefects(feature.m_lesionCont, 3.0);
+        if (feature.m_lesionCont.size() <= 10 || feature.m_hullPts.size() <= 10)
+            throw std::out_of_range("outline too short for its Fourier descriptors");
         feature.SetMask(feature.GetLesionMask());
 
-        Description description(grey, regionImage, region);
-        description.SetLesionContour(regionContour);
-        description.SetEllipse(ellipse);
-        description.SetCentroid(centroid);
+        Description description(cv::Mat(), cv::Mat(), region);
 
         StoreImageVerdicts(feature, description, result);
         result->calcification =

@@ -17,11 +17,12 @@ cv::Mat WrapImage(const unsigned char* image, int channels, int width, int heigh
 
 cv::Mat MakeGrey(const cv::Mat& wrapped)
 {
-    cv::Mat grey;
+    // One channel is already grey: the caller's buffer serves as it is, as
+    // nothing in the library writes into the grey image or its region.
     if (wrapped.channels() == 1)
-        grey = wrapped.clone();
-    else
-        cv::cvtColor(wrapped, grey, cv::COLOR_BGR2GRAY);
+        return wrapped;
+    cv::Mat grey;
+    cv::cvtColor(wrapped, grey, cv::COLOR_BGR2GRAY);
     return grey;
 }
 
@@ -56,16 +57,34 @@ cv::Mat RegionView(const cv::Mat& grey, const cv::Rect& region)
     return cv::Mat(grey, region);
 }
 
-cv::Mat ModelMask(const RoiCoor& roi, const cv::Size& image, int count, const int* sizes, const MyPoint* points)
+void RequireModelContours(const RoiCoor& roi, const cv::Size& image, int count, const int* sizes,
+                          const MyPoint* points)
 {
-    // The region is cut from the image right after this mask; refusing it
-    // here ends the call the same way, before a mask the size of a region
+    // The region is cut from the image right after the model's mask; refusing
+    // it here ends the call the same way, before a mask the size of a region
     // far larger than the image is made.
     RequireInside(cv::Rect(roi.x, roi.y, roi.width, roi.height), image);
-    cv::Mat mask = cv::Mat::zeros(roi.height, roi.width, CV_8U);
     // Sizes are read only from an array that exists.
     if (count > 0 && sizes == nullptr)
         throw std::invalid_argument("null model size array with a positive count");
+    size_t start = 0;
+    for (int i = 0; i < count; ++i) {
+        const int size = sizes[i];
+        // As copying the outline would: a negative size is past max_size(),
+        // and points are read only from an array that exists.
+        if (size < 0)
+            throw std::length_error("negative model outline size");
+        if (size > 0 && points == nullptr)
+            throw std::invalid_argument("null point array with a positive count");
+        start += static_cast<size_t>(size);
+    }
+}
+
+cv::Mat ModelMask(const RoiCoor& roi, const cv::Size& image, int count, const int* sizes, const MyPoint* points)
+{
+    // Every refusal comes before any drawing, which cannot fail.
+    RequireModelContours(roi, image, count, sizes, points);
+    cv::Mat mask = cv::Mat::zeros(roi.height, roi.width, CV_8U);
     size_t start = 0;
     for (int i = 0; i < count; ++i) {
         const int size = sizes[i];

@@ -13,7 +13,8 @@
 bool IsValidImage(const unsigned char* image, int channels);
 // The caller's buffer as a matrix of (channels - 1) * 8 type, without a copy.
 cv::Mat WrapImage(const unsigned char* image, int channels, int width, int height);
-// Grey image: a deep copy of one channel, or BGR to grey for three and four.
+// Grey image: the caller's buffer itself for one channel (never written),
+// or BGR to grey for three and four.
 cv::Mat MakeGrey(const cv::Mat& wrapped);
 // The caller's points as a vector built at its final size. A negative count
 // raises std::length_error; a null array with a positive count is refused.
@@ -27,5 +28,8 @@ cv::Mat RegionView(const cv::Mat& grey, const cv::Rect& region);
 // A negative count draws nothing; a negative size raises std::length_error.
 // A region not wholly inside an image of size `image` is refused first.
 cv::Mat ModelMask(const RoiCoor& roi, const cv::Size& image, int count, const int* sizes, const MyPoint* points);
+// The refusals of ModelMask alone, without the drawing.
+void RequireModelContours(const RoiCoor& roi, const cv::Size& image, int count, const int* sizes,
+                          const MyPoint* points);
 // Every point less (dx, dy), into a new vector.
 std::vector<cv::Point> ShiftContour(const std::vector<cv::Point>& contour, int dx, int dy);

@@ -1,4 +1,5 @@
 #include "Tool/Tool.h"
+#include "Tool/OtsuInput.h"
 
 #include <algorithm>
 #include <cmath>
@@ -293,18 +294,10 @@ cv::Mat GreyHistogram(const cv::Mat& image, const cv::Mat& mask)
 
 int OtsuAlgThreshold(cv::Mat image, cv::Mat mask)
 {
-    if (image.channels() > 1)
-        cv::cvtColor(image, image, cv::COLOR_BGR2GRAY);
+    image = OtsuInput(image, mask);
     const int channels = image.channels();
     const int rows = image.rows;
     const int cols = image.cols;
-    // Pixels are addressed without the row step; both buffers must at least
-    // span that many bytes from their first pixel.
-    const size_t span = static_cast<size_t>(channels) * static_cast<size_t>(rows) * static_cast<size_t>(cols);
-    if (span > 0 && (image.data == nullptr || mask.data == nullptr ||
-                     static_cast<size_t>(image.dataend - image.data) < span ||
-                     static_cast<size_t>(mask.dataend - mask.data) < span))
-        throw std::out_of_range("OtsuAlgThreshold: mask smaller than image");
 
     double bins[256] = {};
     double total = 0.0;
