@@ -7,6 +7,7 @@
 
 #include "BoundarySharpness/BoundarySharpness.h"
 #include "BusFeature/BusFeature.h"
+#include "BusFeature/RunDilation.h"
 
 TEST(BUSFeatureObject, ConstructorsTakeSizesFromImageOrRegion)
 {
@@ -214,4 +215,32 @@ TEST(GetShapeFeatureMy, NotchDepthInPixelsOrOverHalfMinorAxis)
     EXPECT_EQ(f.GetShapeFeatureMy(), (std::vector<float>{0.5f, 0.5f, 1.0f}));
     // 100 * 4 pi / 1600 in double, then to float
     EXPECT_EQ(f.m_circularity, static_cast<float>(100.0 * 12.566370614359172 / 1600.0));
+}
+
+// Dilation by element runs gives cv::dilate's pixels for ellipses,
+// rectangles and crosses of odd and even sizes, on speckled, sparse and
+// empty planes, whole and around the set pixels.
+TEST(RunDilation, AgreesWithOpenCVsDilation)
+{
+    cv::RNG rng(20261124);
+    const int shapes[] = {cv::MORPH_ELLIPSE, cv::MORPH_RECT, cv::MORPH_CROSS};
+    for (int trial = 0; trial < 100000; ++trial) {
+        const cv::Size size(rng.uniform(1, 41), rng.uniform(1, 41));
+        cv::Mat image(size, CV_8UC1);
+        const int kind = trial % 3;
+        for (int y = 0; y < size.height; ++y)
+            for (int x = 0; x < size.width; ++x)
+                image.at<uchar>(y, x) = kind == 0   ? uchar(rng.uniform(0, 256))
+                                        : kind == 1 ? uchar(rng.uniform(0, 60) == 0 ? 255 : 0)
+                                                    : uchar(0);
+        if (kind == 2 && trial % 2)
+            image.at<uchar>(rng.uniform(0, size.height), rng.uniform(0, size.width)) = 1;
+        const cv::Size k(rng.uniform(1, 32), rng.uniform(1, 48));
+        const cv::Mat element = cv::getStructuringElement(shapes[trial % 9 / 3], k, cv::Point(-1, -1));
+        cv::Mat expected;
+        cv::dilate(image, expected, element, cv::Point(-1, -1), 1, cv::BORDER_CONSTANT,
+                   cv::morphologyDefaultBorderValue());
+        const cv::Mat actual = trial % 2 ? rundilation::Dilate(image, element) : rundilation::DilateAround(image, element);
+        ASSERT_EQ(cv::norm(expected, actual, cv::NORM_INF), 0.0) << "trial " << trial << " element " << k;
+    }
 }

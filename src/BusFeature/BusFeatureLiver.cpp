@@ -6,6 +6,7 @@
 #include <opencv2/imgproc.hpp>
 
 #include "BusFeature/BusFeature.h"
+#include "BusFeature/RunDilation.h"
 
 namespace {
 
@@ -31,9 +32,7 @@ void DrawLiverAndLesion(BUSFeature& f, std::vector<cv::Point>& organContour, std
 cv::Mat RingAroundLesion(const cv::Mat& label)
 {
     const cv::Mat disc = cv::getStructuringElement(cv::MORPH_ELLIPSE, cv::Size(20, 20), cv::Point(-1, -1));
-    cv::Mat dilated;
-    cv::dilate(label, dilated, disc, cv::Point(-1, -1), 1, cv::BORDER_CONSTANT, cv::morphologyDefaultBorderValue());
-    return dilated - label;
+    return rundilation::DilateAround(label, disc) - label;
 }
 
 // Otsu threshold of the whole region raised by half the lesion's deviation,

@@ -4,6 +4,7 @@
 #include <opencv2/imgproc.hpp>
 
 #include "BusFeature/BusFeature.h"
+#include "BusFeature/RunDilation.h"
 
 void BUSFeature::InitiThroidPara(std::vector<cv::Point>& organContour, std::vector<cv::Point>& lesionRegionContour,
                                  std::vector<cv::Point>& lesionWholeContour)
@@ -27,10 +28,7 @@ void BUSFeature::InitiThroidPara(std::vector<cv::Point>& organContour, std::vect
 
     // Thyroid tissue within 12 pixels of the nodule.
     const cv::Mat disc = cv::getStructuringElement(cv::MORPH_ELLIPSE, cv::Size(25, 25), cv::Point(-1, -1));
-    cv::Mat grown;
-    cv::dilate(m_lesionMask, grown, disc, cv::Point(-1, -1), 1, cv::BORDER_CONSTANT,
-               cv::morphologyDefaultBorderValue());
-    const cv::Mat ring = grown - m_lesionMask;
+    const cv::Mat ring = rundilation::DilateAround(m_lesionMask, disc) - m_lesionMask;
     cv::Mat thyroidRing;
     cv::bitwise_and(ring, m_thyOrganMask(m_roi), thyroidRing);
     m_thyFloat1 = static_cast<float>(cv::mean(m_srcImg, thyroidRing)[0]);

@@ -2,6 +2,7 @@
 #include "Tool/OtsuInput.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cmath>
 #include <stdexcept>
 
@@ -169,12 +170,47 @@ void DrawContour(cv::InputOutputArray image, const std::vector<cv::Point>& conto
     DrawContoursBounded(image, one, 0, colour, thickness, lineType, INT_MAX, cv::Point(0, 0));
 }
 
+namespace {
+
+// Where the outlines of a mask that held nothing before `contour` was
+// filled into it can lie: the points' box grown by one pixel of background,
+// cut to the mask. Outside it the mask is 0, and tracing the cut finds the
+// same outlines, from the same first pixels, as tracing the whole mask.
+// The whole mask when it held something already or is not one 8-bit plane.
+cv::Rect TracedBox(const std::vector<cv::Point>& contour, const cv::Mat& mask, bool heldNothing)
+{
+    const cv::Rect whole(0, 0, mask.cols, mask.rows);
+    if (!heldNothing || contour.empty())
+        return whole;
+    int64_t x0 = contour[0].x, x1 = x0, y0 = contour[0].y, y1 = y0;
+    for (const cv::Point& p : contour) {
+        x0 = std::min<int64_t>(x0, p.x);
+        x1 = std::max<int64_t>(x1, p.x);
+        y0 = std::min<int64_t>(y0, p.y);
+        y1 = std::max<int64_t>(y1, p.y);
+    }
+    x0 = std::max<int64_t>(x0 - 1, 0);
+    y0 = std::max<int64_t>(y0 - 1, 0);
+    x1 = std::min<int64_t>(x1 + 1, mask.cols - 1);
+    y1 = std::min<int64_t>(y1 + 1, mask.rows - 1);
+    if (x0 > x1 || y0 > y1)
+        return cv::Rect(); // the outline lies wholly off the mask
+    return cv::Rect(int(x0), int(y0), int(x1 - x0 + 1), int(y1 - y0 + 1));
+}
+
+} // namespace
+
 bool FillAndTakeOutline(std::vector<cv::Point>& contour, std::vector<cv::Point>& copy, cv::Mat mask)
 {
+    const bool heldNothing = mask.type() == CV_8UC1 && !mask.empty() && cv::countNonZero(mask) == 0;
+    const cv::Rect traced = TracedBox(contour, mask, heldNothing);
     DrawContour(mask, contour, cv::Scalar(255), cv::FILLED, cv::LINE_8);
     std::vector<std::vector<cv::Point>> found;
     std::vector<cv::Vec4i> hierarchy;
-    cv::findContours(mask, found, hierarchy, cv::RETR_EXTERNAL, cv::CHAIN_APPROX_NONE, cv::Point(0, 0));
+    if (heldNothing && traced.empty())
+        return false; // nothing was drawn on the mask
+    cv::findContours(traced.width == mask.cols && traced.height == mask.rows ? mask : mask(traced), found,
+                     hierarchy, cv::RETR_EXTERNAL, cv::CHAIN_APPROX_NONE, traced.tl());
     if (found.empty())
         return false;
     // Both cleared, then every point pushed onto both: when the two are one
