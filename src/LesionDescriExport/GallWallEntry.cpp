@@ -65,8 +65,10 @@ extern "C" SONOLEX_API void GallWallDescription(const unsigned char* image, int 
 
         BUSFeature feature(regionImage, width, height);
         feature.InitiGBOrganPara(outerRegion, innerRegion);
-        feature.CalcCentroid(true);
-        feature.GetEllipse();
+        // The organ's centroid is read by no verdict; it refuses only a label
+        // smaller than the object's size, and that refusal is kept.
+        if (feature.m_organLabel.rows < feature.m_height || feature.m_organLabel.cols < feature.m_width)
+            throw std::out_of_range("centroid mask smaller than the region");
 
         // GetGBWall reads the two ratios GetGBThicken leaves, so this order is fixed.
         result->thickenVerdict = feature.GetGBThicken();

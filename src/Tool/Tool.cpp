@@ -1,5 +1,6 @@
 #include "Tool/Tool.h"
 #include "Tool/OtsuInput.h"
+#include "Tool/PointsBox.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -179,23 +180,9 @@ namespace {
 // The whole mask when it held something already or is not one 8-bit plane.
 cv::Rect TracedBox(const std::vector<cv::Point>& contour, const cv::Mat& mask, bool heldNothing)
 {
-    const cv::Rect whole(0, 0, mask.cols, mask.rows);
     if (!heldNothing || contour.empty())
-        return whole;
-    int64_t x0 = contour[0].x, x1 = x0, y0 = contour[0].y, y1 = y0;
-    for (const cv::Point& p : contour) {
-        x0 = std::min<int64_t>(x0, p.x);
-        x1 = std::max<int64_t>(x1, p.x);
-        y0 = std::min<int64_t>(y0, p.y);
-        y1 = std::max<int64_t>(y1, p.y);
-    }
-    x0 = std::max<int64_t>(x0 - 1, 0);
-    y0 = std::max<int64_t>(y0 - 1, 0);
-    x1 = std::min<int64_t>(x1 + 1, mask.cols - 1);
-    y1 = std::min<int64_t>(y1 + 1, mask.rows - 1);
-    if (x0 > x1 || y0 > y1)
-        return cv::Rect(); // the outline lies wholly off the mask
-    return cv::Rect(int(x0), int(y0), int(x1 - x0 + 1), int(y1 - y0 + 1));
+        return cv::Rect(0, 0, mask.cols, mask.rows);
+    return PointsBox(contour, mask.size(), 1);
 }
 
 } // namespace
