@@ -2,6 +2,7 @@
 // lesion. The liver outline stays in whole-image coordinates (its mask is
 // drawn at whole-image size); the lesion outline moves into the region.
 #include <cstring>
+#include <stdexcept>
 
 #include "BusFeature/BusFeature.h"
 #include "FeatureDescription/Description.h"
@@ -32,13 +33,12 @@ extern "C" SONOLEX_API void LiverDescription(const unsigned char* image, int cha
         organContour = feature.GetOrganCont(ORGAN_LIVER);
         lesionContour = feature.GetLesionCont();
 
-        const cv::Point centroid = feature.CalcCentroid(false);
-        const cv::RotatedRect ellipse = feature.GetEllipse();
-        feature.GetLesionMask();
-
-        Description description(grey, regionImage, region);
-        description.SetEllipse(ellipse);
-        description.SetCentroid(centroid);
+        // The lesion's centroid is read by no verdict; it refuses only a label
+        // smaller than the object's size, and that refusal is kept. The
+        // verdict object reads none of its images, so it holds none.
+        if (feature.m_label.rows < feature.m_height || feature.m_label.cols < feature.m_width)
+            throw std::out_of_range("centroid mask smaller than the region");
+        Description description(cv::Mat(), cv::Mat(), region);
 
         // Each verdict takes its own copy of the feature object.
         result->echo = description.LiverEcho(feature, organContour);
