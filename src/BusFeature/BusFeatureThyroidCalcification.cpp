@@ -1,6 +1,8 @@
 // Thyroid calcification: the detection model's deposits, the acoustic shadow
 // below them, and the fallback search for very bright enclosed spots.
 #include <algorithm>
+#include <climits>
+#include <cstdint>
 #include <stdexcept>
 
 #include <opencv2/imgproc.hpp>
@@ -194,18 +196,37 @@ int BUSFeature::ThyCalcuCalcification()
     const cv::Mat dot = cv::getStructuringElement(cv::MORPH_ELLIPSE, cv::Size(3, 3), cv::Point(-1, -1));
     int strong = 0, big = 0, small = 0, medium = 0;
     float total = 0.0f;
+    // A spot and its one-pixel ring lie in the spot's box grown by one pixel,
+    // so each is measured there when the images share the object's size (as
+    // they do but for a caller's odd object): the same pixels and sums. A box
+    // of 3 pixels or fewer cannot hold the 4 a spot needs to count.
+    const cv::Size frame(m_width, m_height);
+    const bool boxed = m_srcImg.size() == frame && organInRegion.size() == frame;
     for (size_t k = 0; k < n; ++k) {
-        cv::Mat blob = cv::Mat::zeros(m_height, m_width, CV_8U);
-        DrawContour(blob, contours[k], cv::Scalar(255), cv::FILLED, cv::LINE_8);
+        cv::Rect box(0, 0, m_width, m_height);
+        cv::Mat blob;
+        if (boxed) {
+            const cv::Rect bounds = cv::boundingRect(contours[k]);
+            if (static_cast<int64_t>(bounds.width) * bounds.height <= 3)
+                continue;
+            box = GrowWithin(bounds, 1, frame);
+            blob = cv::Mat::zeros(box.height, box.width, CV_8U);
+            SafeDrawContours(blob, std::vector<std::vector<cv::Point>>(1, contours[k]), 0, cv::Scalar(255),
+                             cv::FILLED, cv::LINE_8, INT_MAX, cv::Point(-box.x, -box.y));
+        } else {
+            blob = cv::Mat::zeros(m_height, m_width, CV_8U);
+            DrawContour(blob, contours[k], cv::Scalar(255), cv::FILLED, cv::LINE_8);
+        }
         const int a = cv::countNonZero(blob);
         if (a <= 3)
             continue;
-        const double inside = cv::mean(m_srcImg, blob)[0];
+        const cv::Mat image = boxed ? m_srcImg(box) : m_srcImg;
+        const double inside = cv::mean(image, blob)[0];
         cv::Mat grown;
         cv::dilate(blob, grown, dot, cv::Point(-1, -1), 1, cv::BORDER_CONSTANT, cv::morphologyDefaultBorderValue());
         cv::Mat ring;
-        cv::bitwise_and(grown - blob, organInRegion, ring);
-        const double outside = cv::mean(m_srcImg, ring)[0];
+        cv::bitwise_and(grown - blob, boxed ? organInRegion(box) : organInRegion, ring);
+        const double outside = cv::mean(image, ring)[0];
         const float contrast = static_cast<float>(inside / outside);
         const float r = static_cast<float>(a) / static_cast<float>(m_lesionPixNum);
         if (static_cast<double>(contrast) > 1.4 && (static_cast<double>(r) > 0.004 || a > 100))

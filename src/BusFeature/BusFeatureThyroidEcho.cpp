@@ -7,6 +7,7 @@
 #include <opencv2/imgproc.hpp>
 
 #include "BusFeature/BusFeature.h"
+#include "Tool/OtsuInput.h"
 
 namespace {
 
@@ -16,11 +17,14 @@ constexpr double kBrightSpotSpread = 1.2000000476837158; // 1.2f
 
 int BUSFeature::ThyCalcuEchoMy2()
 {
-    const int otsu = OtsuAlgThreshold(m_srcImg, m_label);
+    // The Otsu level is needed only when the histogram has no valley; its
+    // refusals come first all the same.
+    (void)OtsuInput(m_srcImg, m_label);
     float valley = ThyGetCalcificationHist(m_srcImg, m_label);
     if (valley > 200.0f)
         valley = 1.0f;
-    const int split = (valley <= 1.0f) ? otsu - 1 : TruncToInt(static_cast<double>(valley) - 1.0);
+    const int split =
+        (valley <= 1.0f) ? OtsuAlgThreshold(m_srcImg, m_label) - 1 : TruncToInt(static_cast<double>(valley) - 1.0);
 
     // Lesion pixels above the split level.
     cv::Mat high = m_srcImg.mul(m_label);

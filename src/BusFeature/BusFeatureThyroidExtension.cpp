@@ -84,11 +84,14 @@ cv::Mat NearOutline(const std::vector<cv::Point>& outline, cv::Size size)
 bool BUSFeature::GetThyroidalExtensionMy()
 {
     // Stage 1: lesion and gland masks at the working scale.
-    cv::Mat organ = m_thyOrganMask.clone();
+    // The gland mask is copied where it is used as it is (the chord below
+    // draws into it); scaling makes a new one anyway.
+    cv::Mat organ;
     cv::Mat lesion = cv::Mat::zeros(m_fullHeight, m_fullWidth, CV_8U);
     std::vector<cv::Point> lesionCont;
     std::vector<cv::Point> organCont;
     if (m_fullWidth <= kWorkingWidth) {
+        organ = m_thyOrganMask.clone();
         lesionCont = m_lesionCont;
         organCont = m_thyCont1;
     } else {
@@ -96,7 +99,7 @@ bool BUSFeature::GetThyroidalExtensionMy()
         const float scaledHeight = 220.0f / static_cast<float>(m_fullWidth) * static_cast<float>(m_fullHeight);
         const cv::Size working(kWorkingWidth, RoundToInt(scaledHeight));
         cv::resize(lesion, lesion, working, 0, 0, cv::INTER_LINEAR);
-        cv::resize(organ, organ, working, 0, 0, cv::INTER_LINEAR);
+        cv::resize(m_thyOrganMask, organ, working, 0, 0, cv::INTER_LINEAR);
         // Every pixel the interpolation touched becomes set.
         lesion.convertTo(lesion, CV_8U, 255.0);
         organ.convertTo(organ, CV_8U, 255.0);

@@ -11,6 +11,7 @@
 #include <opencv2/imgproc.hpp>
 
 #include "BusFeature/BusFeature.h"
+#include "BusFeature/RunDilation.h"
 
 namespace {
 
@@ -64,9 +65,7 @@ float BUSFeature::ThyEchoEdgeFindMuscle()
 
     // Band up to 2 pixels beside and 22 pixels above and below the gland.
     const cv::Mat strip = cv::getStructuringElement(cv::MORPH_ELLIPSE, cv::Size(5, 45), cv::Point(-1, -1));
-    cv::Mat grown;
-    cv::dilate(organ, grown, strip, cv::Point(-1, -1), 1, cv::BORDER_CONSTANT, cv::morphologyDefaultBorderValue());
-    const cv::Mat band = grown - organ;
+    const cv::Mat band = rundilation::DilateTall(organ, strip) - organ;
 
     cv::Mat frame = cv::Mat::zeros(organ.size(), CV_8U);
     cv::rectangle(frame, cv::Point(bx, by) - origin, cv::Point(right, bottom) - origin, cv::Scalar(100), 1,

@@ -7,8 +7,8 @@
 // element row takes the spread of its run's length, shifted by the run's
 // start and the row's offset. Pixels outside the image add nothing, as under
 // cv::dilate's constant border. Same pixels as cv::dilate, in a fraction of
-// its time for a large ellipse (not for a tall narrow one, whose many rows
-// each cost a pass).
+// its time for a large ellipse (a tall narrow one, whose many rows would
+// each cost a pass, goes through DilateTall).
 #pragma once
 
 #include <algorithm>
@@ -19,6 +19,20 @@
 #include <opencv2/imgproc.hpp>
 
 namespace rundilation {
+
+inline cv::Mat Dilate(const cv::Mat& image, const cv::Mat& element);
+
+// A tall element has few columns: dilating the transposed image by the
+// transposed element, whose rows are those columns, costs fewer passes.
+// The anchors correspond, as each is the element's middle.
+inline cv::Mat DilateTall(const cv::Mat& image, const cv::Mat& element)
+{
+    cv::Mat flipped, kernel, out;
+    cv::transpose(image, flipped);
+    cv::transpose(element, kernel);
+    cv::transpose(Dilate(flipped, kernel), out);
+    return out;
+}
 
 inline cv::Mat Dilate(const cv::Mat& image, const cv::Mat& element)
 {
@@ -61,11 +75,12 @@ inline cv::Mat Dilate(const cv::Mat& image, const cv::Mat& element)
     // any other width w from the two overlapping spreads of the largest
     // such width p below it: padded(x .. x + p) and padded(x + w - p .. x + w).
     const auto shiftedMax = [cols](const cv::Mat& a, const cv::Mat& b, int by) {
-        cv::Mat out = a.clone();
-        if (by < cols) {
-            cv::Mat head = out.colRange(0, cols - by);
-            cv::max(head, b.colRange(by, cols), head);
-        }
+        if (by >= cols)
+            return a.clone();
+        cv::Mat out(a.size(), CV_8UC1);
+        cv::Mat head = out.colRange(0, cols - by);
+        cv::max(a.colRange(0, cols - by), b.colRange(by, cols), head);
+        a.colRange(cols - by, cols).copyTo(out.colRange(cols - by, cols));
         return out;
     };
     std::vector<cv::Mat> doubled = {padded}; // doubled[k]: width 2^k - 1
