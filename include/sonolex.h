@@ -21,6 +21,10 @@
  *     the field's own table gives 0 a meaning.
  *   - No entry point throws, keeps state between calls, logs, or keeps or
  *     frees the caller's memory. All are reentrant.
+ *   - Some OpenCV passes inside a call (edge finding, morphology) may run on
+ *     OpenCV's own worker threads. The library never changes the host's
+ *     OpenCV settings; a host that runs many calls in parallel threads may
+ *     call cv::setNumThreads(1) once to keep each call on its own thread.
  *
  * Records are fixed little-endian layouts of 32-bit fields (integers, and two
  * IEEE single-precision floats in GallBladderWallResult) with no padding.

@@ -1,5 +1,6 @@
 // Shared numeric helpers: region clipping, conversions, distances, Otsu,
 // polynomial fit, ring contrast and the contour guards.
+#include <algorithm>
 #include <climits>
 #include <cmath>
 #include <limits>
@@ -236,4 +237,117 @@ TEST(ContourGuards, OutlineNearTheIntLimitsFillsOnlyTheImageRows)
                                                                1, 1, 1, 1, 1, 1, 1, 1, 1, 0,
                                                                0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
     EXPECT_EQ(cv::countNonZero(mask != expected), 0) << mask;
+}
+
+namespace {
+
+// A random outline of the kinds hosts pass: a jagged ring, a few far-flung
+// vertices, or a self-crossing zigzag, in and around a canvas of `size`.
+std::vector<cv::Point> RandomOutline(cv::RNG& rng, cv::Size size)
+{
+    std::vector<cv::Point> outline;
+    const int kind = rng.uniform(0, 3);
+    const cv::Point centre(rng.uniform(-5, size.width + 5), rng.uniform(-5, size.height + 5));
+    const int count = rng.uniform(1, 30);
+    for (int i = 0; i < count; ++i) {
+        if (kind == 0) {
+            const double t = 6.283185307179586 * i / count, r = rng.uniform(1.0, 20.0);
+            outline.emplace_back(centre.x + int(r * std::cos(t)), centre.y + int(r * std::sin(t)));
+        } else if (kind == 1) {
+            outline.emplace_back(rng.uniform(-20, size.width + 20), rng.uniform(-20, size.height + 20));
+        } else {
+            outline.emplace_back(centre.x + rng.uniform(-12, 13), centre.y + (i % 2 ? 6 : -6));
+        }
+    }
+    return outline;
+}
+
+} // namespace
+
+// Tracing a fresh mask on the filled outline's box gives the outline a trace
+// of the whole mask gives, and a mask that held something is traced whole.
+TEST(FillAndTakeOutline, TracingTheBoxFindsTheWholeMasksOutline)
+{
+    cv::RNG rng(20261124);
+    for (int trial = 0; trial < 100000; ++trial) {
+        const cv::Size size(rng.uniform(1, 60), rng.uniform(1, 60));
+        std::vector<cv::Point> outline = RandomOutline(rng, size);
+        cv::Mat mask = cv::Mat::zeros(size, CV_8UC1);
+        if (trial % 10 == 0)
+            mask.at<uchar>(rng.uniform(0, size.height), rng.uniform(0, size.width)) = 255;
+        cv::Mat whole = mask.clone();
+        DrawContour(whole, outline, cv::Scalar(255), cv::FILLED, cv::LINE_8);
+        std::vector<std::vector<cv::Point>> found;
+        cv::findContours(whole, found, cv::RETR_EXTERNAL, cv::CHAIN_APPROX_NONE);
+        std::vector<cv::Point> copy;
+        const bool any = FillAndTakeOutline(outline, copy, mask);
+        ASSERT_EQ(any, !found.empty()) << "trial " << trial;
+        if (any) {
+            ASSERT_EQ(outline, found[0]) << "trial " << trial;
+            ASSERT_EQ(copy, found[0]) << "trial " << trial;
+        }
+        ASSERT_EQ(cv::norm(mask, whole, cv::NORM_INF), 0.0) << "trial " << trial;
+    }
+}
+
+// An outline drawn on a canvas of its own box, moved by the box's corner,
+// sets the pixels it sets on the whole canvas: spots and holes are measured
+// on their boxes.
+TEST(ContourGuards, DrawingOnTheBoxEqualsTheWholeDrawingCut)
+{
+    cv::RNG rng(20261125);
+    for (int trial = 0; trial < 100000; ++trial) {
+        const cv::Size size(rng.uniform(1, 60), rng.uniform(1, 60));
+        std::vector<cv::Point> outline = RandomOutline(rng, size);
+        for (cv::Point& p : outline) // spots lie on the canvas
+            p = cv::Point(std::clamp(p.x, 0, size.width - 1), std::clamp(p.y, 0, size.height - 1));
+        cv::Mat whole = cv::Mat::zeros(size, CV_8UC1);
+        DrawContour(whole, outline, cv::Scalar(255), cv::FILLED, cv::LINE_8);
+        const cv::Rect box = GrowWithin(cv::boundingRect(outline), 1, size);
+        cv::Mat part = cv::Mat::zeros(box.size(), CV_8UC1);
+        SafeDrawContours(part, std::vector<std::vector<cv::Point>>(1, outline), 0, cv::Scalar(255), cv::FILLED,
+                         cv::LINE_8, INT_MAX, -box.tl());
+        ASSERT_EQ(cv::countNonZero(whole), cv::countNonZero(part)) << "trial " << trial;
+        ASSERT_EQ(cv::norm(whole(box), part, cv::NORM_INF), 0.0) << "trial " << trial;
+    }
+}
+
+// The vessel choice counted on the plaque's box agrees with counting the
+// overlap of whole-image masks.
+TEST(ChooseOneOrgan, CountingOnThePlaquesBoxChoosesAsWholeMasksDo)
+{
+    cv::RNG rng(20261126);
+    for (int trial = 0; trial < 100000; ++trial) {
+        const cv::Size size(rng.uniform(1, 60), rng.uniform(1, 60));
+        const std::vector<cv::Point> plaque = RandomOutline(rng, size);
+        std::vector<cv::Point> packed;
+        std::vector<int> sizes;
+        for (int k = rng.uniform(0, 4); k > 0; --k) {
+            const std::vector<cv::Point> vessel = RandomOutline(rng, size);
+            packed.insert(packed.end(), vessel.begin(), vessel.end());
+            sizes.push_back(int(vessel.size()));
+        }
+        // Straightforward: whole masks at 50, overlaps where the sum passes 80.
+        cv::Mat lesion = cv::Mat::zeros(size, CV_8UC1);
+        DrawContour(lesion, plaque, cv::Scalar(50), cv::FILLED, cv::LINE_8);
+        const int limit = TruncToInt(0.25f * static_cast<float>(cv::countNonZero(lesion)));
+        std::vector<cv::Point> expected;
+        size_t next = 0;
+        for (int s : sizes) {
+            const std::vector<cv::Point> vessel(packed.begin() + long(next), packed.begin() + long(next + size_t(s)));
+            next += size_t(s);
+            cv::Mat organ = cv::Mat::zeros(size, CV_8UC1);
+            DrawContour(organ, vessel, cv::Scalar(50), cv::FILLED, cv::LINE_8);
+            cv::Mat sum = organ + lesion;
+            cv::threshold(sum, sum, 80, 255, cv::THRESH_BINARY);
+            if (cv::countNonZero(sum) > limit) {
+                expected = vessel;
+                break;
+            }
+        }
+        std::vector<cv::Point> chosen;
+        const bool found = ChooseOneOrgan(plaque, packed, sizes, size.width, size.height, chosen);
+        ASSERT_EQ(found, !expected.empty()) << "trial " << trial;
+        ASSERT_EQ(chosen, expected) << "trial " << trial;
+    }
 }
