@@ -67,7 +67,6 @@ void RequireModelContours(const RoiCoor& roi, const cv::Size& image, int count, 
     // Sizes are read only from an array that exists.
     if (count > 0 && sizes == nullptr)
         throw std::invalid_argument("null model size array with a positive count");
-    size_t start = 0;
     for (int i = 0; i < count; ++i) {
         const int size = sizes[i];
         // As copying the outline would: a negative size is past max_size(),
@@ -76,7 +75,6 @@ void RequireModelContours(const RoiCoor& roi, const cv::Size& image, int count, 
             throw std::length_error("negative model outline size");
         if (size > 0 && points == nullptr)
             throw std::invalid_argument("null point array with a positive count");
-        start += static_cast<size_t>(size);
     }
 }
 
