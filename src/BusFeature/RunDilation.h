@@ -34,16 +34,19 @@ inline cv::Mat DilateTall(const cv::Mat& image, const cv::Mat& element)
     return out;
 }
 
-inline cv::Mat Dilate(const cv::Mat& image, const cv::Mat& element)
+// One element row's run, relative to the anchor (the element's middle).
+struct Run {
+    int dy;     // row offset
+    int start;  // first column's offset
+    int length; // columns less one: the spread's width
+};
+
+inline std::vector<Run> ElementRuns(const cv::Mat& element)
 {
-    if (image.type() != CV_8UC1 || element.type() != CV_8UC1)
+    if (element.type() != CV_8UC1)
         throw std::invalid_argument("run dilation takes 8-bit planes");
     const cv::Point anchor(element.cols / 2, element.rows / 2);
-    struct Run {
-        int dy, start, length; // length - 1: the spread's width
-    };
     std::vector<Run> runs;
-    int pad = 0, widest = 0;
     for (int i = 0; i < element.rows; ++i) {
         const uchar* row = element.ptr<uchar>(i);
         int j0 = 0;
@@ -58,8 +61,62 @@ inline cv::Mat Dilate(const cv::Mat& image, const cv::Mat& element)
             if (row[j] != 0)
                 throw std::logic_error("element row is not a single run");
         runs.push_back({i - anchor.y, j0 - anchor.x, j1 - j0});
-        pad = std::max(pad, anchor.x - j0);
-        widest = std::max(widest, j1 - j0);
+    }
+    return runs;
+}
+
+// For an element whose runs are centred on the anchor column, as an odd
+// ellipse's are: the image is spread sideways by 0, 1, 2, ... pixels, each
+// spread one step wider than the last, and each element row takes the
+// spread of its half width, shifted by the row's offset. Fewer passes than
+// the general form for a small disc.
+inline cv::Mat DilateCentred(const cv::Mat& image, const cv::Mat& element)
+{
+    if (image.type() != CV_8UC1)
+        throw std::invalid_argument("run dilation takes 8-bit planes");
+    const std::vector<Run> runs = ElementRuns(element);
+    int widest = -1;
+    for (const Run& r : runs) {
+        if (r.length != -2 * r.start)
+            throw std::logic_error("element row is not a run centred on the anchor");
+        widest = std::max(widest, -r.start);
+    }
+    std::vector<cv::Mat> spreads;
+    spreads.push_back(image.clone());
+    for (int w = 1; w <= widest; ++w) {
+        const cv::Mat& previous = spreads.back();
+        cv::Mat next = previous.clone();
+        if (image.cols > 1) {
+            const int n = image.cols;
+            cv::Mat right = next.colRange(1, n);
+            cv::max(right, previous.colRange(0, n - 1), right);
+            cv::Mat left = next.colRange(0, n - 1);
+            cv::max(left, previous.colRange(1, n), left);
+        }
+        spreads.push_back(next);
+    }
+    cv::Mat out = cv::Mat::zeros(image.size(), CV_8UC1);
+    for (const Run& r : runs) {
+        // Output row y takes image row y + dy.
+        const int from = std::max(0, -r.dy);
+        const int to = std::min(image.rows, image.rows - r.dy);
+        if (from >= to)
+            continue;
+        cv::Mat target = out.rowRange(from, to);
+        cv::max(target, spreads[static_cast<size_t>(-r.start)].rowRange(from + r.dy, to + r.dy), target);
+    }
+    return out;
+}
+
+inline cv::Mat Dilate(const cv::Mat& image, const cv::Mat& element)
+{
+    if (image.type() != CV_8UC1)
+        throw std::invalid_argument("run dilation takes 8-bit planes");
+    const std::vector<Run> runs = ElementRuns(element);
+    int pad = 0, widest = 0;
+    for (const Run& r : runs) {
+        pad = std::max(pad, -r.start);
+        widest = std::max(widest, r.length);
     }
 
     cv::Mat out = cv::Mat::zeros(image.size(), CV_8UC1);
