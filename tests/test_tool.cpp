@@ -10,25 +10,23 @@
 
 #include "Tool/Tool.h"
 
-TEST(JudgeRoi, RegionEndingOnTheImageEdgeLosesOnePixel)
+TEST(JudgeRoi, ClipsLeftAndTopToZeroAndRightAndBottomShortOfTheLastPixel)
 {
-    cv::Rect r(0, 0, 100, 100);
-    EXPECT_TRUE(JudgeRoi(r, 100, 100));
-    EXPECT_EQ(r, cv::Rect(0, 0, 99, 99)); // 100 + 0 >= 99, so width = 99 - 0
-}
-
-TEST(JudgeRoi, LeftClipDoesNotShortenTheWidth)
-{
-    cv::Rect r(-5, 0, 50, 50);
-    JudgeRoi(r, 100, 100);
-    EXPECT_EQ(r, cv::Rect(0, 0, 50, 50)); // 50 + 0 < 99: untouched
-}
-
-TEST(JudgeRoi, RightAndBottomClipKeepTheOrigin)
-{
-    cv::Rect r(60, 70, 40, 40);
-    JudgeRoi(r, 100, 90);
-    EXPECT_EQ(r, cv::Rect(60, 70, 39, 19)); // 99 - 60, 89 - 70
+    struct Row {
+        cv::Rect in;
+        int width, height;
+        cv::Rect out;
+    };
+    const Row rows[] = {
+        {{0, 0, 100, 100}, 100, 100, {0, 0, 99, 99}},  // 100 + 0 >= 99: width 99 - 0, the edge pixel lost
+        {{-5, 0, 50, 50}, 100, 100, {0, 0, 50, 50}},   // x to 0; 50 + 0 < 99 keeps the width
+        {{60, 70, 40, 40}, 100, 90, {60, 70, 39, 19}}, // 99 - 60 and 89 - 70, origin kept
+    };
+    for (const Row& row : rows) {
+        cv::Rect r = row.in;
+        EXPECT_TRUE(JudgeRoi(r, row.width, row.height));
+        EXPECT_EQ(r, row.out) << row.in;
+    }
 }
 
 TEST(Conversions, InvalidFloatsBecomeIntMin)
@@ -89,36 +87,26 @@ cv::Mat Grey(int rows, int cols, std::initializer_list<uchar> values)
 
 } // namespace
 
-TEST(Otsu, EmptyMaskAndSingleGreyGiveZero)
+TEST(Otsu, LevelIsTheFirstBestBoundaryLessOne)
 {
-    const cv::Mat image = Grey(2, 2, {10, 20, 30, 40});
-    EXPECT_EQ(OtsuAlgThreshold(image, cv::Mat::zeros(2, 2, CV_8U)), 0);
-    const cv::Mat flat(3, 3, CV_8U, cv::Scalar(77));
-    EXPECT_EQ(OtsuAlgThreshold(flat, cv::Mat::ones(3, 3, CV_8U)), 0);
-}
-
-TEST(Otsu, TwoGreysSplitJustAboveTheDarkOne)
-{
-    // Two pixels at 50 and two at 150: every boundary i in 51..150 separates
-    // them equally well; the first, i = 51, wins and the result is i - 1.
-    const cv::Mat image = Grey(2, 2, {50, 150, 150, 50});
-    EXPECT_EQ(OtsuAlgThreshold(image, cv::Mat::ones(2, 2, CV_8U)), 50);
-}
-
-TEST(Otsu, SaturatedWhiteSitsInNoClass)
-{
-    // 100 and 255 only: bin 255 never enters the upper class, so it stays empty.
-    const cv::Mat image = Grey(2, 2, {100, 255, 100, 255});
-    EXPECT_EQ(OtsuAlgThreshold(image, cv::Mat::ones(2, 2, CV_8U)), 0);
-    const cv::Mat blackWhite = Grey(1, 2, {0, 255});
-    EXPECT_EQ(OtsuAlgThreshold(blackWhite, cv::Mat::ones(1, 2, CV_8U)), 0);
-}
-
-TEST(Otsu, MaskSelectsThePixels)
-{
-    // Unmasked 200s are ignored: the masked pixels are one grey.
-    const cv::Mat image = Grey(1, 4, {50, 50, 200, 200});
-    EXPECT_EQ(OtsuAlgThreshold(image, Grey(1, 4, {1, 1, 0, 0})), 0);
+    struct Row {
+        cv::Mat image, mask;
+        int level;
+        const char* why;
+    };
+    const Row rows[] = {
+        {Grey(2, 2, {10, 20, 30, 40}), cv::Mat::zeros(2, 2, CV_8U), 0, "empty mask"},
+        {cv::Mat(3, 3, CV_8U, cv::Scalar(77)), cv::Mat::ones(3, 3, CV_8U), 0, "one grey"},
+        // Every boundary 51..150 splits 50s from 150s equally well; the first, 51, less one.
+        {Grey(2, 2, {50, 150, 150, 50}), cv::Mat::ones(2, 2, CV_8U), 50, "two greys"},
+        // Bin 255 never enters the upper class, which stays empty.
+        {Grey(2, 2, {100, 255, 100, 255}), cv::Mat::ones(2, 2, CV_8U), 0, "white with grey"},
+        {Grey(1, 2, {0, 255}), cv::Mat::ones(1, 2, CV_8U), 0, "black and white"},
+        // Unmasked 200s are ignored: the masked pixels are one grey.
+        {Grey(1, 4, {50, 50, 200, 200}), Grey(1, 4, {1, 1, 0, 0}), 0, "masked"},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(OtsuAlgThreshold(row.image, row.mask), row.level) << row.why;
 }
 
 TEST(Otsu, ViewIsReadWithoutItsRowStep)
