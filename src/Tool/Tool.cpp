@@ -3,8 +3,8 @@
 #include "Tool/PointsBox.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <cmath>
+#include <cstdint>
 #include <stdexcept>
 
 #include <opencv2/imgproc.hpp>
